@@ -1,0 +1,126 @@
+#include "kvreg.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include <sqlite3.h>
+#include <sys/stat.h>
+
+#include "qlog.h"
+
+namespace {
+
+constexpr int kBusyTimeoutMs = 5000;
+
+constexpr char kCreate[] =
+    "CREATE TABLE IF NOT EXISTS registry (key TEXT PRIMARY KEY, value TEXT NOT NULL)";
+constexpr char kSelect[] = "SELECT value FROM registry WHERE key = ?1";
+constexpr char kUpsert[] =
+    "INSERT INTO registry (key, value) VALUES (?1, ?2) "
+    "ON CONFLICT (key) DO UPDATE SET value = excluded.value";
+
+struct SqliteDeleter {
+  void operator()(sqlite3* database) const { sqlite3_close(database); }
+  void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+};
+using Database = std::unique_ptr<sqlite3, SqliteDeleter>;
+using Statement = std::unique_ptr<sqlite3_stmt, SqliteDeleter>;
+
+void LogFailure(const char* action, const char* key, const char* reason) {
+  __qlog_print(QLOG_ID_MAIN, QLOG_PRIORITY_ERROR, "KVREG", "cannot %s '%s': %s", action,
+               key == nullptr ? "(null)" : key, reason);
+}
+
+// What the last failed call on `database` says of itself.
+const char* Reason(const Database& database) { return sqlite3_errmsg(database.get()); }
+
+// The registry's file, or null with the failure logged when the call cannot be served at all.
+const char* FileFor(const char* action, const char* key, bool complete) {
+  const char* file = std::getenv("KVREG_FILE");
+  if (file == nullptr) {
+    LogFailure(action, key, "KVREG_FILE is not set");
+    return nullptr;
+  }
+  if (!complete) {
+    LogFailure(action, key, "a null key or value");
+    return nullptr;
+  }
+  return file;
+}
+
+bool Open(const char* file, int flags, Database& database) {
+  sqlite3* opened = nullptr;
+  const int result = sqlite3_open_v2(file, &opened, flags, nullptr);
+  database.reset(opened);
+  return result == SQLITE_OK && sqlite3_busy_timeout(opened, kBusyTimeoutMs) == SQLITE_OK;
+}
+
+bool Bind(const Statement& statement, int parameter, const char* text) {
+  return sqlite3_bind_text(statement.get(), parameter, text, -1, SQLITE_STATIC) == SQLITE_OK;
+}
+
+Statement Prepare(const Database& database, const char* sql) {
+  sqlite3_stmt* prepared = nullptr;
+  sqlite3_prepare_v2(database.get(), sql, -1, &prepared, nullptr);
+  return Statement(prepared);
+}
+
+bool Write(const Database& database, const char* key, const char* value) {
+  if (sqlite3_exec(database.get(), kCreate, nullptr, nullptr, nullptr) != SQLITE_OK) {
+    return false;
+  }
+  const Statement upsert = Prepare(database, kUpsert);
+  return upsert && Bind(upsert, 1, key) && Bind(upsert, 2, value) &&
+         sqlite3_step(upsert.get()) == SQLITE_DONE;
+}
+
+bool NeverWritten(const char* file) {
+  struct stat status = {};
+  return stat(file, &status) == 0 ? status.st_size == 0 : errno == ENOENT;
+}
+
+}  // namespace
+
+char* kvreg_get_str(const char* key) {
+  const char* file = FileFor("read", key, key != nullptr);
+  if (file == nullptr || NeverWritten(file)) {
+    return nullptr;
+  }
+  // Not read-only: what a killed writer left half done is rolled back by the next reader.
+  Database database;
+  if (!Open(file, SQLITE_OPEN_READWRITE, database)) {
+    LogFailure("read", key, Reason(database));
+    return nullptr;
+  }
+  const Statement select = Prepare(database, kSelect);
+  if (!select || !Bind(select, 1, key)) {
+    LogFailure("read", key, Reason(database));
+    return nullptr;
+  }
+  const int step = sqlite3_step(select.get());
+  if (step == SQLITE_DONE) {
+    return nullptr;
+  }
+  const unsigned char* text = step == SQLITE_ROW ? sqlite3_column_text(select.get(), 0) : nullptr;
+  char* value = text == nullptr ? nullptr : strdup(reinterpret_cast<const char*>(text));
+  if (value == nullptr) {
+    LogFailure("read", key, step == SQLITE_ROW ? "out of memory" : Reason(database));
+  }
+  return value;
+}
+
+int kvreg_set_str(const char* key, const char* value) {
+  const char* file = FileFor("write", key, key != nullptr && value != nullptr);
+  if (file == nullptr) {
+    return -1;
+  }
+  Database database;
+  if (!Open(file, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, database) ||
+      !Write(database, key, value)) {
+    LogFailure("write", key, Reason(database));
+    return -1;
+  }
+  return 0;
+}
