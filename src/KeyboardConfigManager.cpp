@@ -1,0 +1,221 @@
+#include "KeyboardConfigManager.h"
+
+#include <exception>
+#include <memory>
+#include <new>
+#include <utility>
+
+#include <dlfcn.h>
+#include <json-glib/json-glib.h>
+
+#include "json_nesting.h"
+#include "log.h"
+
+namespace {
+
+constexpr char kConfigPath[] = "/usr/share/lib-morvith-tv/res/config/hw_kbd_lang_config.json";
+constexpr char kJsonGlib[] = "libjson-glib-1.0.so.0";
+constexpr char kNameTable[] = "keyboard_name_map";
+constexpr char kLocaleTable[] = "lang_local_keyboard_type_table";
+constexpr char kKeyboardTypes[] = "keyboard_types";
+
+// The parser recurses: deeper nesting than any configuration needs could overrun a small stack.
+constexpr std::size_t kNestingLimit = 1000;
+
+struct GlibDeleter {
+  void operator()(JsonParser* parser) const { g_object_unref(parser); }
+  void operator()(GError* error) const { g_error_free(error); }
+  void operator()(gchar* text) const { g_free(text); }
+};
+template <typename T>
+using GlibPtr = std::unique_ptr<T, GlibDeleter>;
+
+using NameTable = std::unordered_map<std::string, std::string>;
+using LocaleTable = std::unordered_map<std::string, std::vector<std::string>>;
+
+// What an element callback fills. An exception must not pass through JSON-GLib's frames: the
+// callback leaves it here, and the elements that follow are not read.
+template <typename Table>
+struct Filling {
+  Table& table;
+  std::exception_ptr failure;
+};
+
+// GObject never forgets a registered type, nor can a type be registered twice. If JSON-GLib were
+// unloaded together with this library, its types would be lost for the rest of the process.
+void KeepJsonGlibLoaded() {
+  if (dlopen(kJsonGlib, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE) == nullptr) {
+    throw std::bad_alloc();  // it is loaded: nothing else can have failed
+  }
+}
+
+// A file that cannot be read is left to the parser to report.
+bool NestsTooDeep(const std::string& path) {
+  gchar* contents = nullptr;
+  gsize length = 0;
+  g_file_get_contents(path.c_str(), &contents, &length, nullptr);
+  const GlibPtr<gchar> owned(contents);
+  return owned && NestsDeeperThan({contents, length}, kNestingLimit);
+}
+
+// The next three take null for a node that is not there, and answer null for one of another type.
+
+JsonObject* ObjectOf(JsonNode* node) {
+  return node != nullptr && JSON_NODE_HOLDS_OBJECT(node) ? json_node_get_object(node) : nullptr;
+}
+
+JsonArray* ArrayOf(JsonNode* node) {
+  return node != nullptr && JSON_NODE_HOLDS_ARRAY(node) ? json_node_get_array(node) : nullptr;
+}
+
+const char* StringOf(JsonNode* node) {
+  return node != nullptr && json_node_get_value_type(node) == G_TYPE_STRING
+             ? json_node_get_string(node)
+             : nullptr;
+}
+
+// The list of an element of the locale table, without what is no type id.
+std::vector<std::string> ReadKeyboardTypes(guint index, JsonObject* element) {
+  std::vector<std::string> types;
+  JsonNode* member = json_object_get_member(element, kKeyboardTypes);
+  if (member == nullptr) {
+    return types;
+  }
+  JsonArray* array = ArrayOf(member);
+  if (array == nullptr) {
+    QEL_WARNING("%s[%u].%s skipped: not an array", kLocaleTable, index, kKeyboardTypes);
+    return types;
+  }
+  const guint length = json_array_get_length(array);
+  for (guint i = 0; i < length; ++i) {
+    const char* type = StringOf(json_array_get_element(array, i));
+    if (type == nullptr) {
+      QEL_WARNING("%s[%u].%s[%u] skipped: not a string", kLocaleTable, index, kKeyboardTypes, i);
+      continue;
+    }
+    types.emplace_back(type);
+  }
+  return types;
+}
+
+void ReadKeyboardName(guint index, JsonNode* node, NameTable& table) {
+  JsonObject* element = ObjectOf(node);
+  if (element == nullptr) {
+    QEL_WARNING("%s[%u] skipped: not an object", kNameTable, index);
+    return;
+  }
+  const char* name = StringOf(json_object_get_member(element, "name"));
+  const char* display_name = StringOf(json_object_get_member(element, "display_name"));
+  if (name == nullptr || display_name == nullptr) {
+    QEL_WARNING("%s[%u] skipped: no string \"%s\"", kNameTable, index,
+                name == nullptr ? "name" : "display_name");
+    return;
+  }
+  table.try_emplace(name, display_name);
+}
+
+void ReadLocale(guint index, JsonNode* node, LocaleTable& table) {
+  JsonObject* element = ObjectOf(node);
+  if (element == nullptr) {
+    QEL_WARNING("%s[%u] skipped: not an object", kLocaleTable, index);
+    return;
+  }
+  const char* lang_local = StringOf(json_object_get_member(element, "lang_local"));
+  if (lang_local == nullptr) {
+    QEL_WARNING("%s[%u] skipped: no string \"lang_local\"", kLocaleTable, index);
+    return;
+  }
+  if (table.count(lang_local) == 0) {
+    table.emplace(lang_local, ReadKeyboardTypes(index, element));
+  }
+}
+
+template <typename Table>
+void FillFromElement(guint index, JsonNode* element, gpointer user_data,
+                     void (*read)(guint, JsonNode*, Table&)) noexcept {
+  auto& filling = *static_cast<Filling<Table>*>(user_data);
+  if (filling.failure) {
+    return;
+  }
+  try {
+    read(index, element, filling.table);
+  } catch (...) {
+    filling.failure = std::current_exception();
+  }
+}
+
+void prase_keyboard_name_cb(JsonArray* /*array*/, guint index, JsonNode* element,
+                            gpointer user_data) noexcept {
+  FillFromElement(index, element, user_data, ReadKeyboardName);
+}
+
+void prase_langlocal2keyboard_cb(JsonArray* /*array*/, guint index, JsonNode* element,
+                                 gpointer user_data) noexcept {
+  FillFromElement(index, element, user_data, ReadLocale);
+}
+
+template <typename Table>
+void FillTable(JsonObject* root, const char* name, JsonArrayForeach element_cb, Table& table) {
+  JsonNode* member = json_object_get_member(root, name);
+  if (member == nullptr) {
+    return;
+  }
+  JsonArray* array = ArrayOf(member);
+  if (array == nullptr) {
+    QEL_WARNING("%s skipped: not an array", name);
+    return;
+  }
+  Filling<Table> filling = {table, nullptr};
+  json_array_foreach_element(array, element_cb, &filling);
+  if (filling.failure) {
+    std::rethrow_exception(filling.failure);
+  }
+}
+
+}  // namespace
+
+KeyboardConfigManager* KeyboardConfigManager::GetInstance() {
+  static KeyboardConfigManager instance;
+  return &instance;
+}
+
+KeyboardConfigManager::KeyboardConfigManager() { LoadKeyboardConfig(kConfigPath); }
+
+KeyboardConfigManager::~KeyboardConfigManager() = default;
+
+void KeyboardConfigManager::LoadKeyboardConfig(const std::string& path) {
+  if (NestsTooDeep(path)) {
+    QEL_ERROR("Unable to parse '%s':nested deeper than %zu levels", path.c_str(), kNestingLimit);
+    return;
+  }
+  KeepJsonGlibLoaded();
+  const GlibPtr<JsonParser> parser(json_parser_new());
+  GError* raised = nullptr;
+  json_parser_load_from_file(parser.get(), path.c_str(), &raised);
+  if (raised != nullptr) {
+    const GlibPtr<GError> error(raised);
+    QEL_ERROR("Unable to parse '%s':%s", path.c_str(), error->message);
+    return;
+  }
+  JsonObject* root = ObjectOf(json_parser_get_root(parser.get()));
+  if (root == nullptr) {
+    return;
+  }
+  FillTable(root, kNameTable, prase_keyboard_name_cb, m_keyboard_name_map);
+  FillTable(root, kLocaleTable, prase_langlocal2keyboard_cb, m_langlocal2keyboard_map);
+}
+
+bool KeyboardConfigManager::GetLangLocalKeyboards(const std::string& lang_local,
+                                                  std::vector<std::string>& keyboards) const {
+  const auto found = m_langlocal2keyboard_map.find(lang_local);
+  if (found == m_langlocal2keyboard_map.end()) {
+    return false;
+  }
+  keyboards = found->second;
+  return true;
+}
+
+std::string KeyboardConfigManager::GetKeyboardDisplayName(const std::string& keyboard_type) const {
+  const auto found = m_keyboard_name_map.find(keyboard_type);
+  return found == m_keyboard_name_map.end() ? keyboard_type : found->second;
+}

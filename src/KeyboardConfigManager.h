@@ -1,0 +1,38 @@
+// The keyboard configuration: which keyboard types suit a locale, and how a type is named.
+#ifndef MORVITH_KEYBOARD_CONFIG_MANAGER_H
+#define MORVITH_KEYBOARD_CONFIG_MANAGER_H
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+// Reads the installed JSON file once, when first used, and never changes afterwards: it may be read
+// from any thread. A file that cannot be read leaves it empty, with an error in the log; a bad
+// element of it is skipped, with a warning.
+class KeyboardConfigManager {
+ public:
+  // Never null. Throws std::bad_alloc when memory is exhausted during the first use; the next call
+  // starts anew.
+  static KeyboardConfigManager* GetInstance();
+
+  virtual ~KeyboardConfigManager();
+  KeyboardConfigManager(const KeyboardConfigManager&) = delete;
+  KeyboardConfigManager& operator=(const KeyboardConfigManager&) = delete;
+
+  // Replaces `keyboards` with the type ids of the locale, the preferred one first. Returns false
+  // and leaves `keyboards` as it was when the configuration does not know the locale.
+  bool GetLangLocalKeyboards(const std::string& lang_local,
+                             std::vector<std::string>& keyboards) const;
+
+  // The name to show for a type id: the id itself when the configuration has no name for it.
+  std::string GetKeyboardDisplayName(const std::string& keyboard_type) const;
+
+ private:
+  KeyboardConfigManager();
+  void LoadKeyboardConfig(const std::string& path);
+
+  std::unordered_map<std::string, std::string> m_keyboard_name_map;
+  std::unordered_map<std::string, std::vector<std::string>> m_langlocal2keyboard_map;
+};
+
+#endif
