@@ -1,0 +1,99 @@
+#include "morvith_wrap.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "KeyboardConfigManager.h"
+#include "LanguageConfigManager.h"
+#include "MenuList.h"
+#include "heap.h"
+#include "kvreg.h"
+#include "log.h"
+
+namespace {
+
+constexpr char kDefaultKeyboardType[] = "us_intl_ibm103i";
+
+std::string SupportedOrDefault(const std::string& lang_local) {
+  const LanguageConfigManager& config = *LanguageConfigManager::GetInstance();
+  const std::vector<LanguageInfo>& languages = config.GetLanguageInfoVec();
+  const bool supported = std::any_of(
+      languages.begin(), languages.end(),
+      [&lang_local](const LanguageInfo& info) { return info.lang_local == lang_local; });
+  return supported ? lang_local : config.GetDefaultLangLocal();
+}
+
+std::string FirstKeyboardType(const std::string& lang_local) {
+  std::vector<std::string> keyboards;
+  KeyboardConfigManager::GetInstance()->GetLangLocalKeyboards(lang_local, keyboards);
+  return keyboards.empty() ? kDefaultKeyboardType : keyboards.front();
+}
+
+std::string TypeValue(const std::string& lang_local, const std::string& keyboard_type) {
+  return lang_local + "." + keyboard_type;
+}
+
+}  // namespace
+
+void get_kvreg_lang_string(char** value) { *value = kvreg_get_str(kLanguageKey); }
+
+void get_kvreg_type_string(char** value) { *value = kvreg_get_str(kTypeKey); }
+
+void set_kvreg_lang_string(const char* value) {
+  if (value == nullptr) {
+    QEL_ERROR("no keyboard language to store: the value is null");
+    return;
+  }
+  const std::string language = SupportedOrDefault(value);
+  if (kvreg_set_str(kLanguageKey, language.c_str()) != 0) {
+    QEL_ERROR("Fail Set Default Keyboard Language");
+    return;
+  }
+  set_kvreg_type_string(TypeValue(language, FirstKeyboardType(language)).c_str());
+}
+
+void set_kvreg_type_string(const char* value) {
+  if (value == nullptr) {
+    QEL_ERROR("no keyboard type to store: the value is null");
+    return;
+  }
+  QEL_INFO("set keyboard_language = %s", value);
+  if (kvreg_set_str(kTypeKey, value) != 0) {
+    QEL_ERROR("Fail Set Default Keyboard Type");
+  }
+}
+
+void** get_qel_languagelist(const char* /*key*/, int* count) {
+  const std::vector<LanguageInfo>& languages =
+      LanguageConfigManager::GetInstance()->GetLanguageInfoVec();
+  MenuList list(languages.size());
+  for (const LanguageInfo& language : languages) {
+    MenuListItem& item = list.AddItem();
+    item.display_value = DuplicateText(language.lang_sid);
+    item.string_value = DuplicateText(language.lang_local);
+  }
+  *count = static_cast<int>(languages.size());
+  return list.Release();
+}
+
+void** get_qel_typelist(const char* /*key*/, int* count) {
+  const HeapPtr<char> stored(kvreg_get_str(kLanguageKey));
+  if (!stored) {
+    QEL_ERROR("get language failed");
+    return nullptr;
+  }
+  const std::string language = stored.get();
+  const KeyboardConfigManager& config = *KeyboardConfigManager::GetInstance();
+  std::vector<std::string> keyboards;
+  config.GetLangLocalKeyboards(language, keyboards);
+
+  MenuList list(keyboards.size());
+  for (const std::string& keyboard : keyboards) {
+    MenuListItem& item = list.AddItem();
+    item.display_value = DuplicateTextBounded(config.GetKeyboardDisplayName(keyboard));
+    item.string_value = DuplicateTextBounded(TypeValue(language, keyboard));
+  }
+  *count = static_cast<int>(keyboards.size());
+  return list.Release();
+}
