@@ -1,0 +1,246 @@
+// The plug-in boundary: the two exported functions and the callbacks that the host calls.
+
+#include <array>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+
+#include <libintl.h>
+
+#include "MenuList.h"
+#include "data_provider.h"
+#include "devinfo.h"
+#include "log.h"
+#include "morvith_wrap.h"
+
+namespace {
+
+constexpr char kTextDomain[] = "lib-morvith-tv";
+constexpr char kLocaleDirectory[] = "/usr/share/lib-morvith-tv/res/locale";
+
+constexpr char kPageKey[] = "menu/system/external_device_manager/keyboard-settings";
+constexpr char kBluetoothHelpImage[] = "/usr/share/lib-morvith-tv/res/edje/help_morvith.edj";
+constexpr char kHelpImage[] =
+    "/usr/share/lib-morvith-tv/res/image/setting_device_manager_ta_non_bt.webp";
+constexpr char kSmartControlCapability[] = "com.velmora/featureconf/bt_profile_bt_smart_control";
+
+struct ModuleInfo {
+  const char* key;
+  const char* value;
+};
+
+constexpr std::array<ModuleInfo, 3> kModuleInfo = {{
+    {"provider/owner", "rask.ovnel"},
+    {"provider/main-component", "TP_OnScreenUI"},
+    {"provider/sub-component", "TP_IME"},
+}};
+
+struct MenuItem {
+  const char* key;
+  const char* display_name_id;
+  const char* help_text_id;
+  void (*getter)(char** value);
+  void (*setter)(const char* value);
+  void** (*list_builder)(const char* key, int* count);
+};
+
+constexpr std::array<MenuItem, 3> menu_item_list = {{
+    {kPageKey, "COM_TV_KEYBOARD_SETTINGS_SPAUS_SETTINGS",
+     "COM_SID_SETTINGS_GNP_CEJUL_CONFIGURE_CONNECTED_KEYBOARD_SETTINGS", nullptr, nullptr, nullptr},
+    {kLanguageKey, "COM_TV_KEYBOARD_LANGUAGE", "COM_SID_SETTINGS_GNP_CEJUL_SET_KEYBOARD_LANGUAGE",
+     get_kvreg_lang_string, set_kvreg_lang_string, get_qel_languagelist},
+    {kTypeKey, "COM_TV_KEYBOARD_TYPE", "COM_SID_SETTINGS_GNP_CEJUL_SET_KEYBOARD_TYPE",
+     get_kvreg_type_string, set_kvreg_type_string, get_qel_typelist},
+}};
+
+// The row of a table with this key, or null.
+template <typename Rows>
+auto FindRow(const Rows& rows, const char* key) -> decltype(rows.data()) {
+  for (const auto& row : rows) {
+    if (key != nullptr && std::strcmp(row.key, key) == 0) {
+      return &row;
+    }
+  }
+  return nullptr;
+}
+
+char* CopyForHost(const char* text) {
+  char* copy = strdup(text);
+  if (copy == nullptr) {
+    QEL_ERROR("no memory for '%s'", text);
+  }
+  return copy;
+}
+
+bool GetInforSupportBTSmartControl() {
+  bool supported = false;
+  if (devinfo_get_custom_bool(kSmartControlCapability, &supported) != 0) {
+    QEL_ERROR("get key value failed");
+    supported = false;
+  }
+  QEL_INFO("%d", supported ? 1 : 0);
+  return supported;
+}
+
+int set_int(const char* /*key*/, int /*value*/) noexcept { return 0; }
+
+int set_string(const char* key, const char* value) noexcept {
+  const MenuItem* item = FindRow(menu_item_list, key);
+  if (item == nullptr || item->setter == nullptr) {
+    return 1;
+  }
+  try {
+    item->setter(value);
+  } catch (const std::exception& failure) {
+    QEL_ERROR("%s not stored: %s", item->key, failure.what());
+  }
+  return 1;
+}
+
+int get_int(const char* /*key*/, int* /*value*/) noexcept { return 0; }
+
+int get_string(const char* key, char** value) noexcept {
+  const MenuItem* item = FindRow(menu_item_list, key);
+  if (item != nullptr && item->getter != nullptr && value != nullptr) {
+    item->getter(value);
+  }
+  return 1;
+}
+
+int release_string(char* string) noexcept {
+  if (string == nullptr) {
+    return 1;
+  }
+  std::free(string);
+  return 0;
+}
+
+int get_display_name(const char* key, char** name) noexcept {
+  const MenuItem* item = FindRow(menu_item_list, key);
+  if (item == nullptr || name == nullptr) {
+    return 0;
+  }
+  if (item->display_name_id == nullptr) {
+    QEL_ERROR("The display name of key %s is NULL", item->key);
+    *name = nullptr;
+    return 0;
+  }
+  *name = CopyForHost(dgettext(kTextDomain, item->display_name_id));
+  return 0;
+}
+
+int get_help_text(const char* key, char** text) noexcept {
+  const MenuItem* item = FindRow(menu_item_list, key);
+  if (item == nullptr || text == nullptr) {
+    return 0;
+  }
+  if (item->help_text_id == nullptr) {
+    QEL_ERROR("The help text of key %s is NULL", item->key);
+    *text = nullptr;
+    return 0;
+  }
+  *text = CopyForHost(dgettext(kTextDomain, item->help_text_id));
+  return 0;
+}
+
+void** get_list_items(const char* key, int* count) noexcept {
+  const MenuItem* item = FindRow(menu_item_list, key);
+  if (item == nullptr || item->list_builder == nullptr || count == nullptr) {
+    return nullptr;
+  }
+  try {
+    return item->list_builder(key, count);
+  } catch (const std::exception& failure) {
+    QEL_ERROR("no list for %s: %s", item->key, failure.what());
+    *count = 0;
+    return nullptr;
+  }
+}
+
+int get_list_item_display_value(void* item, char** value) noexcept {
+  if (value != nullptr) {
+    *value = item == nullptr ? nullptr : static_cast<MenuListItem*>(item)->display_value;
+  }
+  return 0;
+}
+
+int get_list_item_string_value(void* item, char** value) noexcept {
+  if (value != nullptr) {
+    *value = item == nullptr ? nullptr : static_cast<MenuListItem*>(item)->string_value;
+  }
+  return 0;
+}
+
+int get_list_item_int_value(void* /*item*/, int* /*value*/) noexcept { return 0; }
+
+int free_list_items(void** list, int count) noexcept {
+  FreeMenuList(list, count);
+  return 0;
+}
+
+int get_module_info(const char* key, char** value) noexcept {
+  const ModuleInfo* info = FindRow(kModuleInfo, key);
+  if (info != nullptr && value != nullptr) {
+    *value = CopyForHost(info->value);
+  }
+  return 0;
+}
+
+int get_help_image_path(const char* key, char** path) noexcept {
+  const MenuItem* item = FindRow(menu_item_list, key);
+  if (item != &menu_item_list.front()) {
+    return -1;
+  }
+  if (path != nullptr) {
+    *path = CopyForHost(GetInforSupportBTSmartControl() ? kBluetoothHelpImage : kHelpImage);
+  }
+  return 0;
+}
+
+void FillSlots(data_provider_cbs& table) {
+  table.set_int = set_int;
+  table.set_string = set_string;
+  table.get_int = get_int;
+  table.get_string = get_string;
+  table.release_string = release_string;
+  table.get_display_name = get_display_name;
+  table.get_help_text = get_help_text;
+  table.get_list_items = get_list_items;
+  table.get_list_item_display_value = get_list_item_display_value;
+  table.get_list_item_string_value = get_list_item_string_value;
+  table.get_list_item_int_value = get_list_item_int_value;
+  table.free_list_items = free_list_items;
+  table.get_module_info = get_module_info;
+  table.get_help_image_path = get_help_image_path;
+}
+
+}  // namespace
+
+int create_provider(void** handle) noexcept {
+  QEL_INFO("QEL menuitem provider init");
+  if (bindtextdomain(kTextDomain, kLocaleDirectory) == nullptr) {
+    QEL_ERROR("text domain %s not bound: texts stay untranslated", kTextDomain);
+  }
+  if (handle == nullptr) {
+    QEL_ERROR("no handle to create a provider in");
+    return 1;
+  }
+  auto* table = static_cast<data_provider_cbs*>(std::calloc(1, sizeof(data_provider_cbs)));
+  *handle = table;
+  if (table == nullptr) {
+    QEL_ERROR("no memory for the callback table");
+    return 1;
+  }
+  init_data_provider_cbs(table);
+  FillSlots(*table);
+  return 0;
+}
+
+int delete_provider(void** handle) noexcept {
+  QEL_INFO("QEL menuitem provider fini");
+  if (handle == nullptr) {
+    return 1;
+  }
+  std::free(*handle);
+  return 0;
+}
