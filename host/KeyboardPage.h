@@ -1,0 +1,50 @@
+// The keyboard settings page as the settings application shows it.
+#ifndef MENU_HOST_KEYBOARD_PAGE_H
+#define MENU_HOST_KEYBOARD_PAGE_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Provider.h"
+
+enum class SettingId { kLanguage, kType };
+
+struct Choice {
+  std::string value;  // as it is stored
+  std::string text;   // as the user reads it
+};
+
+struct Setting {
+  std::string key;
+  std::string name;
+  std::string help;
+  std::optional<std::string> value;  // what is stored
+  std::optional<std::string> text;   // how the user reads it; null if it is none of the choices
+};
+
+struct PageHead {
+  std::string title;
+  std::string help;
+  std::string help_image;
+};
+
+class KeyboardPage {
+ public:
+  explicit KeyboardPage(const Provider& provider) : m_provider(provider) {}
+
+  PageHead ReadHead() const;
+  Setting ReadSetting(SettingId id) const;
+
+  // Throws HostError when there is no list: types are listed for a stored language.
+  std::vector<Choice> ReadChoices(SettingId id) const;
+
+  void Store(SettingId id, const std::string& value) const;
+
+ private:
+  std::optional<std::vector<Choice>> FindChoices(SettingId id) const;
+
+  const Provider& m_provider;
+};
+
+#endif

@@ -1,0 +1,54 @@
+// A data provider, loaded as a plug-in: its callback table as C++ calls. What the provider hands
+// out is copied and given back at once.
+#ifndef MENU_HOST_PROVIDER_H
+#define MENU_HOST_PROVIDER_H
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "data_provider.h"
+
+struct ListItem {
+  std::string value;
+  std::string display_value;
+};
+
+class Provider {
+ public:
+  // Loads `plugin`, a path, or a file name for the dynamic loader to find. Throws HostError if it
+  // cannot be loaded or is no complete provider.
+  explicit Provider(const std::string& plugin);
+  ~Provider();
+  Provider(const Provider&) = delete;
+  Provider& operator=(const Provider&) = delete;
+
+  // Null where the provider hands out nothing.
+  std::optional<std::string> ModuleInfo(const std::string& key) const;
+  std::optional<std::string> DisplayName(const std::string& key) const;
+  std::optional<std::string> HelpText(const std::string& key) const;
+  std::optional<std::string> HelpImagePath(const std::string& key) const;
+  std::optional<std::string> Value(const std::string& key) const;
+  std::optional<std::vector<ListItem>> ListItems(const std::string& key) const;
+
+  void SetValue(const std::string& key, const std::string& value) const;
+
+ private:
+  struct LibraryDeleter {
+    void operator()(void* library) const;
+  };
+  using StringCallback = int (*)(const char* key, char** value);
+
+  template <typename Function>
+  Function Symbol(const char* name) const;
+  void CheckSlots() const;
+  std::optional<std::string> Ask(StringCallback callback, const std::string& key) const;
+
+  std::string m_plugin;
+  std::unique_ptr<void, LibraryDeleter> m_library;
+  int (*m_delete_provider)(void** handle) = nullptr;
+  data_provider_cbs* m_callbacks = nullptr;
+};
+
+#endif

@@ -1,0 +1,184 @@
+// menu_host plays the settings application: it loads the provider, asks it for the keyboard page,
+// and hands back what the user chose.
+
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+#include <map>
+
+#include <CLI/CLI.hpp>
+
+#include "KeyboardPage.h"
+#include "Provider.h"
+#include "error.h"
+#include "join.h"
+#include "platform_setup.h"
+#include "report.h"
+#include "ui_language.h"
+
+namespace {
+
+constexpr int kFailed = 1;
+constexpr int kUsage = 2;
+
+struct Options {
+  std::string ui_language = "en_US";
+  std::string device;
+  std::string registry;
+  std::string log_level;
+  std::string plugin = "libmorvith_dataprovider.so";
+  bool json = false;
+
+  SettingId setting = SettingId::kLanguage;
+  std::string value;
+  bool force = false;
+};
+
+struct Commands {
+  CLI::App* list;
+  CLI::App* set;
+  CLI::App* info;
+};
+
+void AddOptions(CLI::App& app, Options& options) {
+  const CLI::Validator locale(
+      [](const std::string& text) {
+        const bool is_locale = text.size() == 5 && std::islower(text[0]) && std::islower(text[1]) &&
+                               text[2] == '_' && std::isupper(text[3]) && std::isupper(text[4]);
+        return is_locale ? "" : "'" + text + "' does not have the form ll_CC, such as ko_KR";
+      },
+      "ll_CC");
+  app.add_option("--ui-language", options.ui_language, "language in which the page is shown")
+      ->check(locale)
+      ->capture_default_str();
+  app.add_option("--device", options.device,
+                 "device profile: a name or a file (default: $DEVINFO_PROFILE, or global)")
+      ->type_name("PROFILE");
+  app.add_option("--registry", options.registry,
+                 "the registry's file (default: $KVREG_FILE, or one in your state folder)")
+      ->type_name("FILE");
+  app.add_option("--log", options.log_level,
+                 "least priority of what is logged (default: $QLOG_LEVEL, or warning)")
+      ->check(CLI::IsMember({"info", "warning", "error", "none"}))
+      ->type_name("LEVEL");
+  app.add_option("--plugin", options.plugin, "the data provider")
+      ->type_name("FILE")
+      ->capture_default_str();
+  app.add_flag("--json", options.json, "print one JSON document, for scripts");
+}
+
+void AddSettingArgument(CLI::App& command, Options& options) {
+  static const std::map<std::string, SettingId> kSettings = {{"language", SettingId::kLanguage},
+                                                             {"type", SettingId::kType}};
+  command.add_option("setting", options.setting, "language or type")
+      ->required()
+      ->transform(CLI::CheckedTransformer(kSettings).description(""))
+      ->type_name("");
+}
+
+Commands AddCommands(CLI::App& app, Options& options) {
+  app.require_subcommand(0, 1);
+  app.fallthrough();  // the options are good behind a command too
+  const Commands commands = {
+      app.add_subcommand("list", "the choices, the current one marked"),
+      app.add_subcommand("set", "store a choice, then show what is stored"),
+      app.add_subcommand("info", "who answers for the provider"),
+  };
+  AddSettingArgument(*commands.list, options);
+  AddSettingArgument(*commands.set, options);
+  commands.set->add_option("value", options.value, "a value that 'list' shows")
+      ->required()
+      ->type_name("");
+  commands.set->add_flag("--force", options.force,
+                         "hand the value to the provider even if it is none of the choices");
+  return commands;
+}
+
+void CheckIsChoice(const std::vector<Choice>& choices, const std::string& value) {
+  std::vector<std::string> values;
+  for (const Choice& choice : choices) {
+    values.push_back(choice.value);
+  }
+  if (std::find(values.begin(), values.end(), value) == values.end()) {
+    throw HostError("'" + value + "' is none of the choices: " + Join(values) +
+                    ".\nWith --force it is handed to the provider as it is.");
+  }
+}
+
+// The provider's answer does not tell whether it stored the value: only reading it back does.
+void CheckStored(const Setting& setting, const Options& options) {
+  if (setting.value == options.value) {
+    return;
+  }
+  const std::string stored = setting.value ? "'" + *setting.value + "'" : "nothing";
+  const std::string difference =
+      "'" + options.value + "' was handed to the provider; what is stored is " + stored;
+  const bool replaced =
+      options.force && options.setting == SettingId::kLanguage && setting.value.has_value();
+  if (!replaced) {
+    throw HostError(difference);
+  }
+  std::fprintf(stderr, "menu_host: %s\n", difference.c_str());
+}
+
+void Set(const KeyboardPage& page, const Options& options, Report& report) {
+  if (!options.force) {
+    CheckIsChoice(page.ReadChoices(options.setting), options.value);
+  }
+  page.Store(options.setting, options.value);
+  const Setting language = page.ReadSetting(SettingId::kLanguage);
+  const Setting type = page.ReadSetting(SettingId::kType);
+  report.Stored(language, type);
+  CheckStored(options.setting == SettingId::kLanguage ? language : type, options);
+}
+
+void ShowModule(const Provider& provider, Report& report) {
+  report.Module({provider.ModuleInfo("provider/owner").value_or(""),
+                 provider.ModuleInfo("provider/main-component").value_or(""),
+                 provider.ModuleInfo("provider/sub-component").value_or("")});
+}
+
+void Run(const Options& options, const Commands& commands) {
+  UseLogLevel(options.log_level);
+  UseDeviceProfile(options.device);
+  UseRegistry(options.registry);
+  UseUiLanguage(options.ui_language);
+  const Provider provider(options.plugin);
+  CheckCatalogue(options.ui_language);
+
+  const std::unique_ptr<Report> report = options.json ? MakeJsonReport() : MakeTextReport();
+  const KeyboardPage page(provider);
+  if (commands.list->parsed()) {
+    report->Choices(page.ReadChoices(options.setting), page.ReadSetting(options.setting));
+  } else if (commands.set->parsed()) {
+    Set(page, options, *report);
+  } else if (commands.info->parsed()) {
+    ShowModule(provider, *report);
+  } else {
+    report->Page(page.ReadHead(), page.ReadSetting(SettingId::kLanguage),
+                 page.ReadSetting(SettingId::kType));
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  Options options;
+  CLI::App app("The keyboard settings page, without a television.", "menu_host");
+  AddOptions(app, options);
+  const Commands commands = AddCommands(app, options);
+  try {
+    app.parse(argc, argv);
+    Run(options, commands);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : kUsage;
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "menu_host: %s\n", error.what());
+    return kFailed;
+  }
+  if (std::fflush(stdout) != 0) {
+    std::perror("menu_host: cannot write");
+    return kFailed;
+  }
+  return 0;
+}

@@ -1,0 +1,17 @@
+// Text for a terminal, in any script: wide characters take two columns, combining ones none.
+#ifndef MENU_HOST_TERMINAL_TEXT_H
+#define MENU_HOST_TERMINAL_TEXT_H
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+// `text` with what a terminal would not print as it stands (control characters, bytes that are not
+// UTF-8) replaced by U+FFFD.
+std::string Printable(const std::string& text);
+
+// Rows of printable cells as lines, each column as wide as its widest cell, two spaces between
+// columns and none at the end of a line.
+std::vector<std::string> AlignColumns(const std::vector<std::vector<std::string>>& rows);
+
+#endif

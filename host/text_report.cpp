@@ -1,0 +1,66 @@
+#include <cstdio>
+
+#include "report.h"
+#include "terminal_text.h"
+
+namespace {
+
+using Row = std::vector<std::string>;
+
+void Print(const std::string& line) { std::printf("%s\n", line.c_str()); }
+
+void PrintColumns(const std::vector<Row>& rows) {
+  for (const std::string& line : AlignColumns(rows)) {
+    Print(line);
+  }
+}
+
+Row SettingRow(const Setting& setting) {
+  const std::string name = Printable(setting.name);
+  if (!setting.value) {
+    return {name, "(not set)"};
+  }
+  return {name, setting.text ? Printable(*setting.text) : "(none of the choices)",
+          Printable(*setting.value)};
+}
+
+class TextReport : public Report {
+ public:
+  void Page(const PageHead& head, const Setting& language, const Setting& type) override {
+    Print(Printable(head.title));
+    Print("  " + Printable(head.help));
+    Print("  " + Printable(head.help_image));
+    Print("");
+    const std::vector<std::string> lines = AlignColumns({SettingRow(language), SettingRow(type)});
+    Print(lines[0]);
+    Print("  " + Printable(language.help));
+    Print(lines[1]);
+    Print("  " + Printable(type.help));
+  }
+
+  void Choices(const std::vector<Choice>& choices, const Setting& setting) override {
+    std::vector<Row> rows;
+    for (const Choice& choice : choices) {
+      const char* mark = choice.value == setting.value ? "* " : "  ";
+      rows.push_back({mark + Printable(choice.text), Printable(choice.value)});
+    }
+    PrintColumns(rows);
+    if (setting.value && !setting.text) {
+      Print("stored: " + Printable(*setting.value) + ", none of the choices");
+    }
+  }
+
+  void Stored(const Setting& language, const Setting& type) override {
+    PrintColumns({SettingRow(language), SettingRow(type)});
+  }
+
+  void Module(const ModuleInfo& info) override {
+    PrintColumns({{"owner", Printable(info.owner)},
+                  {"main component", Printable(info.main_component)},
+                  {"sub component", Printable(info.sub_component)}});
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<Report> MakeTextReport() { return std::make_unique<TextReport>(); }

@@ -1,0 +1,56 @@
+#include "ui_language.h"
+
+#include <algorithm>
+#include <clocale>
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+#include <vector>
+
+#include <libintl.h>
+
+#include "error.h"
+#include "join.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+fs::path CatalogueOf(const fs::path& folder) {
+  return folder / "LC_MESSAGES" / (std::string(kTextDomain) + ".mo");
+}
+
+bool HasCatalogue(const fs::path& folder) {
+  std::error_code error;
+  return fs::is_regular_file(CatalogueOf(folder), error);
+}
+
+std::vector<std::string> Catalogues(const fs::path& directory) {
+  std::vector<std::string> names;
+  std::error_code error;
+  for (const fs::directory_entry& entry : fs::directory_iterator(directory, error)) {
+    if (HasCatalogue(entry.path())) {
+      names.push_back(entry.path().filename());
+    }
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+}  // namespace
+
+void UseUiLanguage(const std::string& locale) {
+  if (std::setlocale(LC_ALL, "C.UTF-8") == nullptr) {
+    throw HostError("the C library has no locale C.UTF-8");
+  }
+  setenv("LANGUAGE", locale.c_str(), 1);
+}
+
+void CheckCatalogue(const std::string& locale) {
+  const fs::path directory = bindtextdomain(kTextDomain, nullptr);
+  const std::string language = locale.substr(0, locale.find('_'));
+  if (!HasCatalogue(directory / locale) && !HasCatalogue(directory / language)) {
+    throw HostError("no catalogue for the language '" + locale + "' in " + directory.string() +
+                    ". There are: " + Join(Catalogues(directory)) + ".");
+  }
+}
