@@ -1,0 +1,111 @@
+#include "failing_allocator.h"
+
+#include <atomic>
+#include <cstring>
+
+#include <dlfcn.h>
+
+extern "C" {
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t count, std::size_t size);
+void* __libc_realloc(void* block, std::size_t size);
+void __libc_free(void* block);
+
+// The address sanitizer's heap, where there is one.
+[[gnu::weak]] void* __interceptor_malloc(std::size_t size);
+[[gnu::weak]] void* __interceptor_calloc(std::size_t count, std::size_t size);
+[[gnu::weak]] void* __interceptor_realloc(void* block, std::size_t size);
+[[gnu::weak]] void __interceptor_free(void* block);
+}
+
+namespace {
+
+thread_local bool g_armed = false;
+bool g_refused = false;
+std::size_t g_allocations_left = 0;
+Refusal g_refusal = Refusal::kOnce;
+std::atomic<long> g_live_blocks = 0;
+
+bool IsGlib(const void* caller) {
+  Dl_info library = {};
+  if (dladdr(caller, &library) == 0) {
+    return false;
+  }
+  return std::strstr(library.dli_fname, "/libg") != nullptr ||
+         std::strstr(library.dli_fname, "/libjson-glib") != nullptr;
+}
+
+bool IsRefused(const void* caller) {
+  if (!g_armed || IsGlib(caller)) {
+    return false;
+  }
+  if (g_allocations_left > 0) {
+    --g_allocations_left;
+    return false;
+  }
+  g_armed = g_refusal == Refusal::kFromThenOn;
+  g_refused = true;
+  return true;
+}
+
+void* Counted(void* block) {
+  g_live_blocks += block != nullptr ? 1 : 0;
+  return block;
+}
+
+}  // namespace
+
+void RefuseAllocation(std::size_t index, Refusal refusal) {
+  g_allocations_left = index;
+  g_refusal = refusal;
+  g_refused = false;
+  g_armed = true;
+}
+
+bool EndRefusals() {
+  g_armed = false;
+  return g_refused;
+}
+
+NoRefusals::NoRefusals() : m_before(g_armed) { g_armed = false; }
+NoRefusals::~NoRefusals() { g_armed = m_before; }
+
+long LiveBlocks() { return g_live_blocks; }
+
+extern "C" {
+
+void* malloc(std::size_t size) {
+  if (IsRefused(__builtin_return_address(0))) {
+    return nullptr;
+  }
+  return Counted(__interceptor_malloc != nullptr ? __interceptor_malloc(size)
+                                                 : __libc_malloc(size));
+}
+
+void* calloc(std::size_t count, std::size_t size) {
+  if (IsRefused(__builtin_return_address(0))) {
+    return nullptr;
+  }
+  return Counted(__interceptor_calloc != nullptr ? __interceptor_calloc(count, size)
+                                                 : __libc_calloc(count, size));
+}
+
+void* realloc(void* block, std::size_t size) {
+  if (IsRefused(__builtin_return_address(0))) {
+    return nullptr;
+  }
+  void* moved = __interceptor_realloc != nullptr ? __interceptor_realloc(block, size)
+                                                 : __libc_realloc(block, size);
+  return block == nullptr ? Counted(moved) : moved;
+}
+
+void free(void* block) {
+  g_live_blocks -= block != nullptr ? 1 : 0;
+  if (__interceptor_free != nullptr) {
+    __interceptor_free(block);
+  } else {
+    __libc_free(block);
+  }
+}
+
+}  // extern "C"
