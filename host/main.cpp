@@ -48,6 +48,7 @@ void AddOptions(CLI::App& app, Options& options) {
         return is_locale ? "" : "'" + text + "' does not have the form ll_CC, such as ko_KR";
       },
       "ll_CC");
+  app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
   app.add_option("--ui-language", options.ui_language, "language in which the page is shown")
       ->check(locale)
       ->capture_default_str();

@@ -9,8 +9,6 @@
 #include <mutex>
 #include <regex>
 
-#include <dlfcn.h>
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -20,27 +18,13 @@
 #include "kvreg.h"
 #include "qlog.h"
 
+namespace fs = std::filesystem;
+
 namespace {
 
-constexpr char kConfigPath[] = "/usr/share/lib-morvith-tv/res/config/hw_kbd_lang_config.json";
 constexpr char kCapability[] = "com.velmora/featureconf/bt_profile_bt_smart_control";
 
 std::mutex g_mutex;
-
-template <typename Function>
-Function Next(const char* name) {
-  return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
-}
-
-std::string ConfigFile() {
-  const std::string file =
-      std::filesystem::temp_directory_path() / ("keyboards." + std::to_string(getpid()) + ".json");
-  std::filesystem::remove(file);
-  if (Platform().keyboard_config) {
-    std::ofstream(file, std::ios::binary) << *Platform().keyboard_config;
-  }
-  return file;
-}
 
 }  // namespace
 
@@ -50,6 +34,23 @@ FakePlatform& Platform() {
 }
 
 void ResetPlatform() { Platform() = FakePlatform(); }
+
+void InstallKeyboardConfig(const std::optional<std::string>& contents) {
+  static const fs::path root =
+      testing::TempDir() + "morvith_device." + std::to_string(getpid());
+  const fs::path resources = root / "usr/share/lib-morvith-tv/res";
+  if (!fs::exists(resources)) {
+    fs::create_directories(resources / "config");
+    fs::create_symlink(TEST_CATALOGUES, resources / "locale");
+    setenv("MORVITH_TEST_ROOT", root.c_str(), 1);
+    std::atexit([] { fs::remove_all(root); });
+  }
+  const fs::path file = resources / "config/hw_kbd_lang_config.json";
+  fs::remove(file);
+  if (contents) {
+    std::ofstream(file, std::ios::binary) << *contents;
+  }
+}
 
 std::vector<std::string> FakePlatform::Logged(const std::string& begin) const {
   std::vector<std::string> lines;
@@ -141,26 +142,5 @@ int devinfo_get_custom_bool(const char* key, bool* value) {
   *value = Platform().bluetooth.value_or(true);  // a failure's value is not to be trusted
   return Platform().bluetooth ? 0 : -1;
 }
-
-char* bindtextdomain(const char* domain, const char* directory) {
-  const auto bind = Next<char* (*)(const char*, const char*)>("bindtextdomain");
-  if (std::strcmp(domain, "lib-morvith-tv") != 0) {
-    return bind(domain, directory);  // GLib's own
-  }
-  Platform().bound_directory = directory;
-  return bind(domain, TEST_CATALOGUES);
-}
-
-int open64(const char* path, int flags, ...) {
-  const NoRefusals fake_is_exempt;
-  va_list arguments;
-  va_start(arguments, flags);
-  const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
-  va_end(arguments);
-  const std::string file = std::strcmp(path, kConfigPath) == 0 ? ConfigFile() : path;
-  return openat(AT_FDCWD, file.c_str(), flags, mode);
-}
-
-int open(const char* path, int flags, ...) __attribute__((alias("open64")));
 
 }  // extern "C"

@@ -1,7 +1,5 @@
 // A platform that a test sets up and can make fail, in place of the device's. The test program
-// exports its functions, so the unmodified plug-in binds to them rather than to the stand-ins. It
-// also redirects the two folders that the plug-in reads: the keyboard configuration comes from
-// `keyboard_config`, the catalogues from the build.
+// exports its functions, so the unmodified plug-in binds to them rather than to the stand-ins.
 #ifndef TESTS_FAKE_PLATFORM_H
 #define TESTS_FAKE_PLATFORM_H
 
@@ -25,17 +23,16 @@ struct FakePlatform {
 
   std::optional<bool> bluetooth;  // none: the service fails
 
-  std::optional<std::string> keyboard_config;  // none: no such file
+  std::vector<std::string> log;  // "E LoadKeyboardConfig: message"; I and W for the other levels
 
-  std::vector<std::string> log;  // "I LoadKeyboardConfig: message", without the info lines' "I" ...
-  std::string bound_directory;
-
-  // The lines of `log` that begin with this.
   std::vector<std::string> Logged(const std::string& begin) const;
   std::vector<std::string> Complaints() const;  // warnings and errors
 };
 
 FakePlatform& Platform();
 void ResetPlatform();
+
+// What the plug-in finds in place of its configuration; none: no such file.
+void InstallKeyboardConfig(const std::optional<std::string>& contents);
 
 #endif

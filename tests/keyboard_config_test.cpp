@@ -27,7 +27,7 @@ TEST_F(PluginTest, ReadsTheKeyboardConfiguration) {
   for (const char* unknown : {"ko_kr", "ko", "", "xx_XX"}) {
     EXPECT_EQ(Types(plugin, unknown), Items()) << unknown;
   }
-  Platform().keyboard_config = R"({"lang_local_keyboard_type_table": []})";
+  InstallKeyboardConfig(R"({"lang_local_keyboard_type_table": []})");
   EXPECT_EQ(Types(plugin, "ko_KR"), korean) << "read once";
   EXPECT_EQ(Platform().Complaints(), std::vector<std::string>());
 }
@@ -115,7 +115,7 @@ TEST_F(PluginTest, LosesNothingButTheBadElement) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.config.substr(0, 200));
     ResetPlatform();
-    Platform().keyboard_config = c.config;
+    InstallKeyboardConfig(c.config);
     const Plugin plugin;
     EXPECT_EQ(Types(plugin, "xx_XX"), c.types);
     EXPECT_EQ(Platform().Complaints(), c.complaints);
@@ -125,7 +125,7 @@ TEST_F(PluginTest, LosesNothingButTheBadElement) {
                                                    std::string("{}\0", 3)};
   for (const auto& config : unreadable) {
     ResetPlatform();
-    Platform().keyboard_config = config;
+    InstallKeyboardConfig(config);
     const Plugin plugin;
     EXPECT_EQ(Types(plugin, "ko_KR"), none);
     EXPECT_EQ(Types(plugin, "ko_KR"), none);
@@ -135,12 +135,12 @@ TEST_F(PluginTest, LosesNothingButTheBadElement) {
 }
 
 TEST_F(PluginTest, SurvivesAnyDamagedByte) {
-  const std::string whole = *Platform().keyboard_config;
+  const std::string whole = kKeyboardConfig;
   for (std::size_t i = 0; i < whole.size(); ++i) {
     for (const char damage : {'\0', '"', '[', '}', '\\', '/', '0', '\xc3'}) {
       std::string damaged = whole;
       damaged[i] = damage;
-      Platform().keyboard_config = damaged;
+      InstallKeyboardConfig(damaged);
       Types(Plugin(), "ko_KR");
     }
   }

@@ -75,10 +75,6 @@ TEST_F(PluginTest, RecoversWhenMemoryRanOut) {
         ResetPlatform();
         Platform().language_ids = {0, 1};
         Platform().registry[kLanguage] = "ko_KR";
-        Platform().keyboard_config =
-            R"({"keyboard_name_map": [{"name": "kr_ibm106", "display_name": "Korean"}],
-                "lang_local_keyboard_type_table": [
-                  {"lang_local": "ko_KR", "keyboard_types": ["kr_ibm106", "us_intl_ibm103i"]}]})";
         {
           const Plugin plugin;
           RefuseAllocation(index, refusal);

@@ -71,15 +71,5 @@ std::vector<std::string> Plugin::Values(const char* key) const {
 PluginTest::PluginTest() {
   ResetPlatform();
   Platform().language_ids = {0, 1};
-  Platform().keyboard_config = R"json({
-    "keyboard_name_map": [
-      { "name": "us_intl_ibm103i", "display_name": "English (US, International)" },
-      { "name": "kr_ibm106", "display_name": "Korean (106 keys)" }
-    ],
-    "lang_local_keyboard_type_table": [
-      { "lang_local": "ko_KR", "keyboard_types": [ "kr_ibm106", "us_intl_ibm103i" ] },
-      { "lang_local": "en_US", "keyboard_types": [ "us_intl_ibm103i" ] },
-      { "lang_local": "fr_CA" }
-    ]
-  })json";
+  InstallKeyboardConfig(kKeyboardConfig);
 }

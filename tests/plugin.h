@@ -14,6 +14,19 @@ inline constexpr char kPage[] = "menu/system/external_device_manager/keyboard-se
 inline constexpr char kLanguage[] = "db/ime/keyboard_language_name";
 inline constexpr char kType[] = "db/ime/hardware_keyboard_name";
 
+// What a test finds as the keyboard configuration.
+inline constexpr char kKeyboardConfig[] = R"json({
+  "keyboard_name_map": [
+    { "name": "us_intl_ibm103i", "display_name": "English (US, International)" },
+    { "name": "kr_ibm106", "display_name": "Korean (106 keys)" }
+  ],
+  "lang_local_keyboard_type_table": [
+    { "lang_local": "ko_KR", "keyboard_types": [ "kr_ibm106", "us_intl_ibm103i" ] },
+    { "lang_local": "en_US", "keyboard_types": [ "us_intl_ibm103i" ] },
+    { "lang_local": "fr_CA" }
+  ]
+})json";
+
 // The string value and the display value of each item.
 using Items = std::vector<std::pair<std::string, std::string>>;
 

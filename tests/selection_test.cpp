@@ -110,10 +110,10 @@ TEST_F(PluginTest, CutsTextsOfTypesAfter254Bytes) {
     const std::string name(length, 'n');
     const std::string type(length - 6, 't');  // with "xx_XX." as long as the name
     Platform().registry[kLanguage] = "xx_XX";
-    Platform().keyboard_config =
+    InstallKeyboardConfig(
         R"({"keyboard_name_map": [{"name": ")" + type + R"(", "display_name": ")" + name +
         R"("}], "lang_local_keyboard_type_table": [{"lang_local": "xx_XX", "keyboard_types": [")" +
-        type + R"("]}]})";
+        type + R"("]}]})");
     const Items expected = {{("xx_XX." + type).substr(0, 254), name.substr(0, 254)}};
     EXPECT_EQ(Plugin().List(kType), expected) << length;
   }
@@ -123,9 +123,9 @@ TEST_F(PluginTest, ReadsTheDeviceAnewWhenLoadedAgain) {
   Platform().registry[kLanguage] = "ko_KR";
   for (const char* type : {"a", "b", "c"}) {
     Platform().language_ids = {1, type[0] - 'a' + 5};
-    Platform().keyboard_config =
+    InstallKeyboardConfig(
         std::string(R"({"lang_local_keyboard_type_table": [{"lang_local": "ko_KR", )") +
-        R"("keyboard_types": [")" + type + R"("]}]})";
+        R"("keyboard_types": [")" + type + R"("]}]})");
     const Plugin plugin;
     EXPECT_EQ(plugin.Values(kType), std::vector<std::string>{std::string("ko_KR.") + type});
     const char* second[] = {"bg_BG", "hr_HR", "cs_CZ"};

@@ -25,13 +25,12 @@
  *     system-information service answer. What fails is written to the platform log (tag "IME_QEL")
  *     where it happens.
  *  6. Memory exhausted. The request fails as its slot says, leaks nothing, and is answered anew the
- *     next time. Two limits lie outside the provider: GLib ends the process when it is refused
- *     memory while the keyboard configuration is read (once, on the first request that needs it),
- *     and dlopen fails with std::bad_alloc when the language table cannot be built.
+ *     next time. Two limits: the C++ runtime ends the process when memory runs out while the
+ *     library is being loaded, in which its language table is built; GLib ends it when it is
+ *     refused memory while it reads the keyboard configuration, on the first request that needs it.
  *  7. Threads. A callback runs on the thread that calls it. The provider has no threads and no
- *     locks, and writes nothing but the registry after the first requests have loaded the
- *     configuration (which is safe to race for): calls may overlap as far as the platform's
- * services allow it.
+ *     locks. Calls may overlap as far as the platform's services allow it: the configuration is
+ *     loaded once, whoever asks first, and only read from then on.
  *  8. Lifetime. The callbacks are valid as long as the library is loaded. Give back every list
  *     before unloading: reading and freeing one needs the library. What was read from the device
  *     (its languages, the keyboard configuration) is read once and kept until the library is

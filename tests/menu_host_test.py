@@ -1,0 +1,119 @@
+"""menu_host as a person and a script use it, over a staged installation."""
+
+import json
+import os
+import subprocess
+import tempfile
+import unicodedata
+import unittest
+
+STAGE = os.environ["MORVITH_TEST_ROOT"]
+LIBRARIES = os.environ["LD_LIBRARY_PATH"]
+
+
+def profile(name):
+    return f"{STAGE}/usr/share/morvith-menu-host/devices/{name}.ini"
+
+
+def width(text):
+    """Columns on a terminal, by the Unicode database rather than by the library under test."""
+    return sum(0 if unicodedata.category(c) in ("Mn", "Me", "Cf")
+               else 2 if unicodedata.east_asian_width(c) in "WF" else 1 for c in text)
+
+
+class MenuHostTest(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = folder.name
+        self.registry = f"{self.folder}/registry.db"
+
+    def host(self, *arguments, device="global", status=0):
+        command = [f"{STAGE}/usr/bin/menu_host", "--registry", self.registry,
+                   "--device", profile(device), *arguments]
+        done = subprocess.run(command, capture_output=True, text=True, timeout=60)
+        self.assertEqual(done.returncode, status, done.stdout + done.stderr)
+        return done
+
+    def document(self, *arguments, **options):
+        done = self.host(*arguments, "--json", **options)
+        self.assertEqual(done.stderr, "")
+        return json.loads(done.stdout)
+
+    def assert_refused(self, *arguments, status=1, says):
+        done = self.host(*arguments, status=status)
+        for words in says:
+            self.assertIn(words, done.stderr)
+
+    def test_stores_a_choice_and_reads_it_back(self):
+        page = self.document()
+        self.assertEqual(page["title"], "Keyboard Settings")
+        self.assertTrue(os.path.isfile(STAGE + page["help_image"]), page["help_image"])
+        self.assertIsNone(page["language"]["value"])
+
+        stored = self.document("set", "language", "ko_KR")
+        self.assertEqual(stored["language"]["text"], "Korean")
+        self.assertEqual(stored["type"]["value"], "ko_KR.kr_ibm106")
+        self.document("set", "type", "ko_KR.us_intl_ibm103i")
+        page = self.document("--ui-language", "ko_KR")
+        self.assertEqual(page["language"]["text"], "한국어")
+        self.assertEqual(page["type"]["value"], "ko_KR.us_intl_ibm103i")
+
+        listed = self.document("list", "type")
+        self.assertEqual([c["value"] for c in listed["choices"] if c["current"]],
+                         ["ko_KR.us_intl_ibm103i"])
+        self.assertEqual(self.document("info"), {"owner": "rask.ovnel",
+                                                 "main_component": "TP_OnScreenUI",
+                                                 "sub_component": "TP_IME"})
+
+    def test_shows_what_each_device_has(self):
+        for device, languages, image in (("global", 61, "edje/help_morvith.edj"),
+                                         ("europe", 12, "ta_non_bt.webp"),
+                                         ("prototype", 7, "ta_non_bt.webp")):
+            with self.subTest(device):
+                done = self.host("list", "language", device=device)
+                self.assertEqual(len(done.stdout.splitlines()), languages)
+                self.assertEqual(done.stderr.count("not support"), 3 * (device == "prototype"))
+                self.assertIn(image, self.host(device=device).stdout)
+
+    def test_aligns_columns_in_wide_and_combining_scripts(self):
+        self.host("set", "language", "ko_KR")
+        for language in ("ar_AE", "de_DE", "en_US", "fr_FR", "ko_KR"):
+            lines = self.host("--ui-language", language, "list", "language").stdout.splitlines()
+            self.assertEqual({width(line) for line in lines}, {width(lines[0])})
+            self.assertEqual([line for line in lines if line[0] == "*"], [lines[0]])
+            page = self.host("--ui-language", language).stdout.splitlines()
+            starts = {width(line[:line.index("ko_KR")]) for line in page if "ko_KR" in line}
+            self.assertEqual(len(starts), 1, page)
+
+    def test_says_what_was_wrong_and_what_would_have_been_right(self):
+        self.assert_refused("--plugin", "/nowhere.so", says=["/nowhere.so", "--plugin"])
+        self.assert_refused("--plugin", f"{LIBRARIES}/libqlog.so.0",
+                            says=["not a data provider", "create_provider"])
+        self.assert_refused("--device", "moon", says=["'moon'", "profile", "one of:"])
+        self.assert_refused("--registry", "/nowhere/registry.db", says=["/nowhere", "Make it"])
+        self.assert_refused("--ui-language", "zu_ZA", says=["'zu_ZA'", "ar, de, en, fr, ko"])
+        self.assert_refused("--ui-language", "korean", says=["ll_CC", "ko_KR"], status=2)
+        self.assert_refused("--log", "loud", says=["info", "none"], status=2)
+        self.assert_refused("list", "colour", says=["language", "type"], status=2)
+        self.assert_refused("list", "type", says=["set language"])
+        self.assert_refused("set", "language", "xx_XX", says=["'xx_XX'", "ko_KR, en_US", "--force"])
+        self.assertIsNone(self.document()["language"]["value"])
+
+    def test_force_hands_over_any_value_and_shows_what_became_of_it(self):
+        done = self.host("set", "language", "xx_XX", "--force")
+        self.assertIn("stored is 'en_US'", done.stderr)
+        self.assertIn("en_US.us_ibm104", done.stdout)
+        self.host("set", "type", "odd\x1b[31m\nvalue", "--force")
+        self.assertIn("(none of the choices)  odd\ufffd[31m\ufffdvalue", self.host().stdout)
+        self.assertIn("none of the choices", self.host("list", "type").stdout)
+
+    def test_fails_when_the_registry_does(self):
+        os.mkdir(self.registry)
+        done = self.host("set", "language", "ko_KR", status=1)
+        self.assertIn("Fail Set Default Keyboard Language", done.stderr)
+        self.assertIn("what is stored is nothing", done.stderr)
+
+
+if __name__ == "__main__":
+    unittest.main()
