@@ -18,6 +18,9 @@ void __libc_free(void* block);
 [[gnu::weak]] void __interceptor_free(void* block);
 }
 
+#define HEAP(function, ...) \
+  (&__interceptor_##function ? __interceptor_##function : __libc_##function)(__VA_ARGS__)
+
 namespace {
 
 thread_local bool g_armed = false;
@@ -28,21 +31,16 @@ std::atomic<long> g_live_blocks = 0;
 
 bool IsGlib(const void* caller) {
   Dl_info library = {};
-  if (dladdr(caller, &library) == 0) {
-    return false;
-  }
-  return std::strstr(library.dli_fname, "/libg") != nullptr ||
-         std::strstr(library.dli_fname, "/libjson-glib") != nullptr;
+  dladdr(caller, &library);
+  const char* file = library.dli_fname == nullptr ? "" : library.dli_fname;
+  return std::strstr(file, "/libg") != nullptr || std::strstr(file, "/libjson") != nullptr;
 }
 
 bool IsRefused(const void* caller) {
-  if (!g_armed || IsGlib(caller)) {
+  if (!g_armed || IsGlib(caller) || g_allocations_left-- > 0) {
     return false;
   }
-  if (g_allocations_left > 0) {
-    --g_allocations_left;
-    return false;
-  }
+  g_allocations_left = 0;
   g_armed = g_refusal == Refusal::kFromThenOn;
   g_refused = true;
   return true;
@@ -75,37 +73,24 @@ long LiveBlocks() { return g_live_blocks; }
 extern "C" {
 
 void* malloc(std::size_t size) {
-  if (IsRefused(__builtin_return_address(0))) {
-    return nullptr;
-  }
-  return Counted(__interceptor_malloc != nullptr ? __interceptor_malloc(size)
-                                                 : __libc_malloc(size));
+  return IsRefused(__builtin_return_address(0)) ? nullptr : Counted(HEAP(malloc, size));
 }
 
 void* calloc(std::size_t count, std::size_t size) {
-  if (IsRefused(__builtin_return_address(0))) {
-    return nullptr;
-  }
-  return Counted(__interceptor_calloc != nullptr ? __interceptor_calloc(count, size)
-                                                 : __libc_calloc(count, size));
+  return IsRefused(__builtin_return_address(0)) ? nullptr : Counted(HEAP(calloc, count, size));
 }
 
 void* realloc(void* block, std::size_t size) {
   if (IsRefused(__builtin_return_address(0))) {
     return nullptr;
   }
-  void* moved = __interceptor_realloc != nullptr ? __interceptor_realloc(block, size)
-                                                 : __libc_realloc(block, size);
+  void* moved = HEAP(realloc, block, size);
   return block == nullptr ? Counted(moved) : moved;
 }
 
 void free(void* block) {
   g_live_blocks -= block != nullptr ? 1 : 0;
-  if (__interceptor_free != nullptr) {
-    __interceptor_free(block);
-  } else {
-    __libc_free(block);
-  }
+  HEAP(free, block);
 }
 
 }  // extern "C"

@@ -11,28 +11,37 @@
 
 struct FakePlatform {
   std::map<std::string, std::string> registry;
-  std::set<std::string> unreadable_keys;
-  std::set<std::string> unwritable_keys;
-  std::vector<std::string> writes;  // "key=value", failed ones too
+  std::set<std::string> failing_keys;  // neither read nor written
 
   int language_result = 0;
-  std::vector<int> language_ids;
+  std::vector<int> language_ids = {0, 1};
   std::optional<int> language_count;  // where it differs from the number of ids
   bool language_values_null = false;
   int language_requests = 0;
 
   std::optional<bool> bluetooth;  // none: the service fails
 
-  std::vector<std::string> log;  // "E LoadKeyboardConfig: message"; I and W for the other levels
-
-  std::vector<std::string> Logged(const std::string& begin) const;
-  std::vector<std::string> Complaints() const;  // warnings and errors
+  std::string log;  // a line each: "E LoadKeyboardConfig: message"; W and I for the other levels
 };
 
 FakePlatform& Platform();
+
+// A new platform, with the keyboard configuration of kKeyboardConfig.
 void ResetPlatform();
 
 // What the plug-in finds in place of its configuration; none: no such file.
 void InstallKeyboardConfig(const std::optional<std::string>& contents);
+
+inline constexpr char kKeyboardConfig[] = R"json({
+  "keyboard_name_map": [
+    { "name": "us_intl_ibm103i", "display_name": "English (US, International)" },
+    { "name": "kr_ibm106", "display_name": "Korean (106 keys)" }
+  ],
+  "lang_local_keyboard_type_table": [
+    { "lang_local": "ko_KR", "keyboard_types": [ "kr_ibm106", "us_intl_ibm103i" ] },
+    { "lang_local": "en_US", "keyboard_types": [ "us_intl_ibm103i" ] },
+    { "lang_local": "fr_CA" }
+  ]
+})json";
 
 #endif

@@ -31,8 +31,8 @@ class Redirected {
 extern "C" {
 
 [[gnu::visibility("default")]] char* bindtextdomain(const char* domain, const char* directory) {
-  const auto bind = reinterpret_cast<char* (*)(const char*, const char*)>(
-      dlsym(RTLD_NEXT, "bindtextdomain"));
+  const auto bind =
+      reinterpret_cast<char* (*)(const char*, const char*)>(dlsym(RTLD_NEXT, "bindtextdomain"));
   return bind(domain, directory == nullptr ? nullptr : Redirected(directory).c_str());
 }
 

@@ -1,0 +1,27 @@
+// A host and a platform that take orders by the line, so that what passes between them and the
+// plug-in can be written down and read like a conversation. CONTRIBUTING.md lists the orders.
+#ifndef TESTS_CONVERSATION_H
+#define TESTS_CONVERSATION_H
+
+#include <memory>
+#include <string>
+
+#include "plugin.h"
+
+class Conversation {
+ public:
+  Conversation();
+
+  // Follows one order. Returns what came of it, a line each: what the plug-in logged, then what it
+  // answered. Orders to the platform have no answer.
+  std::string Say(const std::string& order);
+
+ private:
+  bool SetUpPlatform(const std::string& command, const std::string& rest);
+  std::string Request(const std::string& command, const std::string& rest) const;
+  std::string List(const char* key) const;
+
+  std::unique_ptr<Plugin> m_plugin;
+};
+
+#endif
