@@ -3,8 +3,6 @@
 #include <clocale>
 #include <cstdlib>
 #include <map>
-#include <sstream>
-#include <stdexcept>
 #include <utility>
 
 #include <libintl.h>
@@ -30,16 +28,9 @@ std::pair<std::string, std::string> SplitWord(const std::string& line) {
 }
 
 // "NULL" is a null pointer, "" the empty string, anything else itself.
-class Argument {
- public:
-  explicit Argument(std::string text) : m_text(std::move(text)) {}
-  const char* get() const {
-    return m_text == "NULL" ? nullptr : m_text == "\"\"" ? "" : m_text.c_str();
-  }
-
- private:
-  std::string m_text;
-};
+const char* Argument(const std::string& text) {
+  return text == "NULL" ? nullptr : text == "\"\"" ? "" : text.c_str();
+}
 
 }  // namespace
 
@@ -51,7 +42,7 @@ Conversation::Conversation() {
 
 std::string Conversation::Say(const std::string& order) {
   const auto [command, rest] = SplitWord(order);
-  if (SetUpPlatform(command, rest)) {
+  if (SetUp(command, rest)) {
     return "";
   }
   if (!m_plugin) {
@@ -62,34 +53,19 @@ std::string Conversation::Say(const std::string& order) {
   return std::exchange(Platform().log, "") + answer;
 }
 
-bool Conversation::SetUpPlatform(const std::string& command, const std::string& rest) {
-  FakePlatform& platform = Platform();
+bool Conversation::SetUp(const std::string& command, const std::string& rest) {
+  const auto [name, value] = SplitWord(rest);
   if (command == "reload") {
     m_plugin.reset();
   } else if (command == "ui-language") {
     setenv("LANGUAGE", rest.c_str(), 1);
     textdomain("");  // gettext looks at it again
-  } else if (command == "languages") {
-    platform.language_ids.clear();
-    std::istringstream ids(rest);
-    for (int id = 0; ids >> id;) {
-      platform.language_ids.push_back(id);
-    }
-  } else if (command == "languages-result") {
-    platform.language_result = std::stoi(rest);
-  } else if (command == "languages-count") {
-    platform.language_count = std::stoi(rest);
-  } else if (command == "languages-null") {
-    platform.language_values_null = true;
-  } else if (command == "bluetooth") {
-    platform.bluetooth = rest == "fails" ? std::nullopt : std::optional(rest == "yes");
   } else if (command == "config") {
-    InstallKeyboardConfig(rest == "missing" ? std::nullopt : std::optional(rest));
+    rest == "missing" ? RemoveKeyboardConfig() : InstallKeyboardConfig(rest);
+  } else if (command == "device") {
+    Platform().settings[name] = Key(value);
   } else if (command == "stored") {
-    const auto [key, value] = SplitWord(rest);
-    platform.registry[Key(key)] = value == "\"\"" ? "" : value;
-  } else if (command == "fails") {
-    platform.failing_keys = {Key(rest)};
+    Platform().registry[Key(name)] = Argument(value);
   } else {
     return false;
   }
@@ -105,16 +81,17 @@ std::string Conversation::Request(const std::string& command, const std::string&
       {"get_help_image_path", cbs.get_help_image_path},
       {"get_string", cbs.get_string}};
   const auto [key_word, value] = SplitWord(rest);
-  const Argument key(Key(key_word));
+  const std::string key_text = Key(key_word);
+  const char* key = Argument(key_text);
   if (command == "get_list_items") {
-    return List(key.get());
+    return List(key);
   }
   if (command == "set_string") {
-    return std::to_string(cbs.set_string(key.get(), Argument(value).get())) + "\n";
+    return std::to_string(cbs.set_string(key, Argument(value))) + "\n";
   }
   char untouched[] = "(untouched)";
   char* text = untouched;
-  const int result = kStringCallbacks.at(command)(key.get(), value == "NULL" ? nullptr : &text);
+  const int result = kStringCallbacks.at(command)(key, value == "NULL" ? nullptr : &text);
   const std::string answer = std::to_string(result) + " " + (text == nullptr ? "(null)" : text);
   if (text != untouched) {
     cbs.release_string(text);

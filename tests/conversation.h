@@ -17,7 +17,7 @@ class Conversation {
   std::string Say(const std::string& order);
 
  private:
-  bool SetUpPlatform(const std::string& command, const std::string& rest);
+  bool SetUp(const std::string& command, const std::string& rest);
   std::string Request(const std::string& command, const std::string& rest) const;
   std::string List(const char* key) const;
 

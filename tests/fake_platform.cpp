@@ -7,8 +7,11 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <mutex>
 #include <regex>
+#include <sstream>
+#include <vector>
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -21,6 +24,27 @@
 
 namespace fs = std::filesystem;
 
+namespace {
+
+// Below a folder of this process, in which the plug-in finds what it reads.
+fs::path ConfigFile() {
+  static const fs::path root = testing::TempDir() + "morvith." + std::to_string(getpid());
+  const fs::path resources = root / "usr/share/lib-morvith-tv/res";
+  if (fs::create_directories(resources / "config")) {
+    fs::create_symlink(TEST_CATALOGUES, resources / "locale");
+    setenv("MORVITH_TEST_ROOT", root.c_str(), 1);
+    std::atexit([] { fs::remove_all(root); });
+  }
+  return resources / "config/hw_kbd_lang_config.json";
+}
+
+bool Is(const char* setting, const std::string& value) {
+  const auto found = Platform().settings.find(setting);
+  return found != Platform().settings.end() && found->second == value;
+}
+
+}  // namespace
+
 FakePlatform& Platform() {
   static FakePlatform platform;
   return platform;
@@ -31,20 +55,11 @@ void ResetPlatform() {
   InstallKeyboardConfig(kKeyboardConfig);
 }
 
-void InstallKeyboardConfig(const std::optional<std::string>& contents) {
-  static const fs::path root = testing::TempDir() + "morvith." + std::to_string(getpid());
-  const fs::path resources = root / "usr/share/lib-morvith-tv/res";
-  if (fs::create_directories(resources / "config")) {
-    fs::create_symlink(TEST_CATALOGUES, resources / "locale");
-    setenv("MORVITH_TEST_ROOT", root.c_str(), 1);
-    std::atexit([] { fs::remove_all(root); });
-  }
-  const fs::path file = resources / "config/hw_kbd_lang_config.json";
-  fs::remove(file);
-  if (contents) {
-    std::ofstream(file, std::ios::binary) << *contents;
-  }
+void InstallKeyboardConfig(const std::string& contents) {
+  std::ofstream(ConfigFile(), std::ios::binary | std::ios::trunc) << contents;
 }
+
+void RemoveKeyboardConfig() { fs::remove(ConfigFile()); }
 
 extern "C" {
 
@@ -78,16 +93,14 @@ int __qlog_print(int log_id, int priority, const char* tag, const char* format, 
 }
 
 char* kvreg_get_str(const char* key) {
-  const FakePlatform& platform = Platform();
-  const auto found = platform.registry.find(key);
-  return found == platform.registry.end() || platform.failing_keys.count(key) != 0
-             ? nullptr
-             : strdup(found->second.c_str());
+  const auto& registry = Platform().registry;
+  const auto found = registry.find(key);
+  return found == registry.end() || Is("unusable", key) ? nullptr : strdup(found->second.c_str());
 }
 
 int kvreg_set_str(const char* key, const char* value) {
   const NoRefusals fake_is_exempt;
-  if (Platform().failing_keys.count(key) != 0) {
+  if (Is("unusable", key)) {
     return -1;
   }
   Platform().registry[key] = value;
@@ -96,24 +109,26 @@ int kvreg_set_str(const char* key, const char* value) {
 
 int devinfo_get_value_int_array(int key, devinfo_int_array* out) {
   const NoRefusals fake_is_exempt;
-  const std::vector<int>& ids = Platform().language_ids;
   EXPECT_EQ(key, 227);
   EXPECT_TRUE(out->count == 0 && out->values == nullptr) << "the record was not zeroed";
   ++Platform().language_requests;
-  if (Platform().language_result == 0) {
-    out->count = Platform().language_count.value_or(static_cast<int>(ids.size()));
-    if (!Platform().language_values_null) {
-      out->values = static_cast<int*>(std::malloc((ids.size() + 1) * sizeof(int)));
-      std::copy(ids.begin(), ids.end(), out->values);
-    }
+  if (Is("languages", "fail")) {
+    return 7;
   }
-  return Platform().language_result;
+  std::istringstream numbers(Platform().settings["languages"]);
+  const std::vector<int> ids{std::istream_iterator<int>(numbers), {}};
+  out->count = Is("count", "negative") ? -1 : static_cast<int>(ids.size());
+  if (!Is("values", "null")) {
+    out->values = static_cast<int*>(std::malloc((ids.size() + 1) * sizeof(int)));
+    std::copy(ids.begin(), ids.end(), out->values);
+  }
+  return 0;
 }
 
 int devinfo_get_custom_bool(const char* key, bool* value) {
   EXPECT_STREQ(key, "com.velmora/featureconf/bt_profile_bt_smart_control");
-  *value = Platform().bluetooth.value_or(true);  // a failure's value is not to be trusted
-  return Platform().bluetooth ? 0 : -1;
+  *value = !Is("bluetooth", "no");  // the value of a failure is not to be trusted
+  return Is("bluetooth", "fail") ? -1 : 0;
 }
 
 }  // extern "C"

@@ -4,24 +4,16 @@
 #define TESTS_FAKE_PLATFORM_H
 
 #include <map>
-#include <optional>
-#include <set>
 #include <string>
-#include <vector>
 
 struct FakePlatform {
   std::map<std::string, std::string> registry;
-  std::set<std::string> failing_keys;  // neither read nor written
 
-  int language_result = 0;
-  std::vector<int> language_ids = {0, 1};
-  std::optional<int> language_count;  // where it differs from the number of ids
-  bool language_values_null = false;
-  int language_requests = 0;
-
-  std::optional<bool> bluetooth;  // none: the service fails
+  // What it has and how it fails, each by its name; CONTRIBUTING.md lists them.
+  std::map<std::string, std::string> settings = {{"languages", "0 1"}};
 
   std::string log;  // a line each: "E LoadKeyboardConfig: message"; W and I for the other levels
+  int language_requests = 0;
 };
 
 FakePlatform& Platform();
@@ -29,8 +21,9 @@ FakePlatform& Platform();
 // A new platform, with the keyboard configuration of kKeyboardConfig.
 void ResetPlatform();
 
-// What the plug-in finds in place of its configuration; none: no such file.
-void InstallKeyboardConfig(const std::optional<std::string>& contents);
+// What the plug-in finds in place of its configuration.
+void InstallKeyboardConfig(const std::string& contents);
+void RemoveKeyboardConfig();
 
 inline constexpr char kKeyboardConfig[] = R"json({
   "keyboard_name_map": [

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <set>
 #include <thread>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -30,37 +31,31 @@ std::string Types(const std::string& config) {
   return conversation.Say("get_list_items type");
 }
 
+// A configuration of one type, but for the brace that opens it.
 std::string OneType(const std::string& type, const std::string& name) {
-  return R"({"keyboard_name_map": [{"name": ")" + type + R"(", "display_name": ")" + name +
+  return R"("keyboard_name_map": [{"name": ")" + type + R"(", "display_name": ")" + name +
          R"("}], "lang_local_keyboard_type_table": [{"lang_local": "ko_KR", "keyboard_types": [")" +
          type + R"("]}]})";
 }
 
 }  // namespace
 
-TEST(Provider, FillsItsFourteenSlotsAndNoOthers) {
+TEST(Provider, FillsItsFourteenSlotsAndLoadsNothing) {
   ResetPlatform();
-  const Plugin plugin;
-  const std::set<std::size_t> own = {0, 6, 8, 11, 12, 13, 14, 16, 17, 19, 20, 24, 44, 48};
-  const auto* slots = reinterpret_cast<const std::uintptr_t*>(plugin.cbs);
-  for (std::size_t i = 0; i < 76; ++i) {
-    EXPECT_EQ(slots[i] != 0x1000 + i, own.count(i) == 1) << "slot " << i;
+  {
+    const Plugin plugin;
+    const std::set<std::size_t> own = {0, 6, 8, 11, 12, 13, 14, 16, 17, 19, 20, 24, 44, 48};
+    const auto* slots = reinterpret_cast<const std::uintptr_t*>(plugin.cbs);
+    for (std::size_t i = 0; i < 76; ++i) {
+      EXPECT_EQ(slots[i] != 0x1000 + i, own.count(i) == 1) << "slot " << i;
+    }
+    void* second = nullptr;
+    EXPECT_TRUE(plugin.create_provider(&second) == 0 && second != plugin.cbs);
+    EXPECT_EQ(plugin.delete_provider(&second), 0);
+    EXPECT_EQ(plugin.delete_provider(nullptr), 1);
   }
-}
-
-TEST(Provider, CreatesIndependentTablesAndLoadsNothing) {
-  ResetPlatform();
-  const Plugin plugin;
-  void* second = nullptr;
-  EXPECT_EQ(plugin.create_provider(&second), 0);
-  EXPECT_NE(second, plugin.cbs);
-  EXPECT_EQ(plugin.delete_provider(&second), 0);
-  void* none = nullptr;
-  EXPECT_EQ(plugin.delete_provider(&none), 0);
-  EXPECT_EQ(plugin.delete_provider(nullptr), 1);
   EXPECT_EQ(Platform().log, Repeated("I create_provider: QEL menuitem provider init\n", 2) +
                                 Repeated("I delete_provider: QEL menuitem provider fini\n", 3));
-  EXPECT_EQ(plugin.create_provider(nullptr), 1);
   EXPECT_EQ(Platform().language_requests, 0);
 }
 
@@ -69,37 +64,40 @@ TEST(Provider, TakesNullsAndHolesAndLeavesIntegersAlone) {
   const Plugin plugin;
   const data_provider_cbs& cbs = *plugin.cbs;
   const long before = LiveBlocks();
-  auto*** list = static_cast<char***>(std::calloc(4, sizeof(char**)));
-  for (const int i : {0, 1, 3}) {
+  auto*** list = static_cast<char***>(std::calloc(3, sizeof(char**)));
+  for (const int i : {0, 2}) {
     list[i] = static_cast<char**>(std::calloc(2, sizeof(char*)));
+    list[i][i / 2] = strdup("one of the two values");
   }
-  list[0][0] = strdup("string value alone");
-  list[3][1] = strdup("display value alone");
-  EXPECT_EQ(cbs.free_list_items(reinterpret_cast<void**>(list), 4), 0);
-  EXPECT_EQ(cbs.free_list_items(static_cast<void**>(std::malloc(8)), 0), 0);
-  EXPECT_EQ(cbs.free_list_items(static_cast<void**>(std::malloc(8)), -1), 0);
+  EXPECT_EQ(cbs.free_list_items(reinterpret_cast<void**>(list), 3), 0);
+  for (const int count : {0, -1}) {
+    EXPECT_EQ(cbs.free_list_items(static_cast<void**>(std::malloc(8)), count), 0);
+  }
   EXPECT_EQ(cbs.free_list_items(nullptr, 3), 0);
   EXPECT_EQ(cbs.release_string(strdup("")), 0);
   EXPECT_EQ(cbs.release_string(nullptr), 1);
   EXPECT_EQ(LiveBlocks(), before);
 
   char* text = nullptr;
+  int value = 42;
+  void* none = nullptr;
   EXPECT_EQ(cbs.get_list_item_display_value(nullptr, &text), 0);
   EXPECT_EQ(cbs.get_list_item_string_value(nullptr, nullptr), 0);
   EXPECT_EQ(cbs.get_list_items(kLanguageKey, nullptr), nullptr);
-  int value = 42;
-  EXPECT_EQ(cbs.set_int(kLanguageKey, 1), 0);
-  EXPECT_EQ(cbs.get_int(kLanguageKey, &value), 0);
+  EXPECT_EQ(cbs.set_int(kLanguageKey, 1) + cbs.get_int(kLanguageKey, &value), 0);
   EXPECT_EQ(cbs.get_list_item_int_value(nullptr, &value), 0);
   EXPECT_EQ(value, 42);
+  EXPECT_EQ(plugin.create_provider(nullptr), 1);
+  EXPECT_EQ(plugin.delete_provider(&none), 0);
 }
 
 TEST(Provider, CutsTextsOfTypesAfter254Bytes) {
-  for (const int length : {253, 254, 255, 300}) {
-    const std::string name(static_cast<std::size_t>(length), 'n');
-    const std::string type = name.substr(6);  // with "ko_KR." as long as the name
-    EXPECT_EQ(Types(OneType(type, name)),
-              "1\n" + ("ko_KR." + type).substr(0, 254) + " | " + name.substr(0, 254) + "\n");
+  for (const std::size_t length : {253u, 254u, 255u, 300u}) {
+    const std::string name(length, 'n');
+    const std::string value = std::string(name).replace(0, 6, "ko_KR.");  // just as long
+    std::string expected = "1\n";
+    expected.append(value, 0, 254).append(" | ").append(name, 0, 254).append("\n");
+    EXPECT_EQ(Types("{" + OneType(value.substr(6), name)), expected);
   }
 }
 
@@ -121,18 +119,15 @@ TEST(Provider, LoadsOnceForManyThreads) {
 }
 
 TEST(Provider, SurvivesDeepNesting) {
-  const std::string too_deep =
-      "E LoadKeyboardConfig: Unable to parse "
-      "'/usr/share/lib-morvith-tv/res/config/hw_kbd_lang_config.json':"
-      "nested deeper than 1000 levels\n0\n";
-  const std::string good = OneType("a", "A").substr(1);
-  EXPECT_EQ(Types(R"({"deep": )" + Repeated("[", 990) + Repeated("]", 990) + "," + good),
-            "1\nko_KR.a | A\n");
-  EXPECT_EQ(Types(R"({"text": ")" + Repeated(R"([\"{)", 2000) + "\"," + good), "1\nko_KR.a | A\n");
+  const std::string good = OneType("a", "A");
+  for (const std::string& text : {R"({"deep": )" + Repeated("[", 990) + Repeated("]", 990),
+                                  R"({"text": ")" + Repeated(R"([\"{)", 2000) + "\""}) {
+    EXPECT_EQ(Types(text + "," + good), "1\nko_KR.a | A\n") << text.substr(0, 20);
+  }
   for (const std::string& text :
        {Repeated("[", 100'000), Repeated(R"({"a":)", 100'000),
         R"(/* " */)" + Repeated("[", 100'000), R"(["\u" ]]]]]]]]]] ", )" + Repeated("[", 1001)}) {
-    EXPECT_EQ(Types(text), too_deep) << text.substr(0, 20);
+    EXPECT_NE(Types(text).find(":nested deeper than 1000 levels\n0\n"), std::string::npos);
   }
 }
 
