@@ -4,7 +4,9 @@
 #include <algorithm>
 #include <cstdio>
 #include <exception>
+#include <iterator>
 #include <map>
+#include <regex>
 
 #include <CLI/CLI.hpp>
 
@@ -43,9 +45,9 @@ struct Commands {
 void AddOptions(CLI::App& app, Options& options) {
   const CLI::Validator locale(
       [](const std::string& text) {
-        const bool is_locale = text.size() == 5 && std::islower(text[0]) && std::islower(text[1]) &&
-                               text[2] == '_' && std::isupper(text[3]) && std::isupper(text[4]);
-        return is_locale ? "" : "'" + text + "' does not have the form ll_CC, such as ko_KR";
+        return std::regex_match(text, std::regex("[a-z]{2}_[A-Z]{2}"))
+                   ? ""
+                   : "'" + text + "' does not have the form ll_CC, such as ko_KR";
       },
       "ll_CC");
   app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
@@ -97,9 +99,8 @@ Commands AddCommands(CLI::App& app, Options& options) {
 
 void CheckIsChoice(const std::vector<Choice>& choices, const std::string& value) {
   std::vector<std::string> values;
-  for (const Choice& choice : choices) {
-    values.push_back(choice.value);
-  }
+  std::transform(choices.begin(), choices.end(), std::back_inserter(values),
+                 [](const Choice& choice) { return choice.value; });
   if (std::find(values.begin(), values.end(), value) == values.end()) {
     throw HostError("'" + value + "' is none of the choices: " + Join(values) +
                     ".\nWith --force it is handed to the provider as it is.");
@@ -161,25 +162,30 @@ void Run(const Options& options, const Commands& commands) {
   }
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int RunCommandLine(int argc, char** argv) {
   Options options;
   CLI::App app("The keyboard settings page, without a television.", "menu_host");
   AddOptions(app, options);
   const Commands commands = AddCommands(app, options);
   try {
     app.parse(argc, argv);
-    Run(options, commands);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : kUsage;
+  }
+  Run(options, commands);
+  if (std::fflush(stdout) != 0) {
+    throw HostError("cannot write to standard output");
+  }
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return RunCommandLine(argc, argv);
   } catch (const std::exception& error) {
     std::fprintf(stderr, "menu_host: %s\n", error.what());
     return kFailed;
   }
-  if (std::fflush(stdout) != 0) {
-    std::perror("menu_host: cannot write");
-    return kFailed;
-  }
-  return 0;
 }

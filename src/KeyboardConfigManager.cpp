@@ -125,7 +125,7 @@ void ReadLocale(guint index, JsonNode* node, LocaleTable& table) {
     QEL_WARNING("%s[%u] skipped: no string \"lang_local\"", kLocaleTable, index);
     return;
   }
-  if (table.count(lang_local) == 0) {
+  if (!table.contains(lang_local)) {
     table.emplace(lang_local, ReadKeyboardTypes(index, element));
   }
 }
