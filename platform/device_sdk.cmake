@@ -10,6 +10,8 @@ foreach(name kvreg devinfo qlog)
   if(NOT MORVITH_${name}_LIBRARY)
     string(APPEND missing "\n  lib${name}.so")
   endif()
+  cmake_path(GET MORVITH_${name}_LIBRARY PARENT_PATH directory)
+  list(APPEND MORVITH_PLATFORM_LIBRARY_DIRECTORIES ${directory})
   add_library(platform::${name} UNKNOWN IMPORTED GLOBAL)
   set_target_properties(platform::${name} PROPERTIES
     IMPORTED_LOCATION "${MORVITH_${name}_LIBRARY}"

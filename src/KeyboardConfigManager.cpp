@@ -185,7 +185,9 @@ KeyboardConfigManager::~KeyboardConfigManager() = default;
 
 void KeyboardConfigManager::LoadKeyboardConfig(const std::string& path) {
   if (NestsTooDeep(path)) {
-    QEL_ERROR("Unable to parse '%s':nested deeper than %zu levels", path.c_str(), kNestingLimit);
+    QEL_ERROR(
+        "Unable to parse '%s':more than %zu levels, or unclosed brackets in what is no plain JSON",
+        path.c_str(), kNestingLimit);
     return;
   }
   KeepJsonGlibLoaded();

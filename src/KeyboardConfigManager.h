@@ -8,11 +8,11 @@
 
 // Reads the installed JSON file once, when first used, and never changes afterwards: it may be read
 // from any thread. A file that cannot be read leaves it empty, with an error in the log; a bad
-// element of it is skipped, with a warning.
+// element of it is skipped, with a warning, and so is a table or a list that is no array.
 class KeyboardConfigManager {
  public:
   // Never null. Throws std::bad_alloc when memory is exhausted during the first use; the next call
-  // starts anew.
+  // starts anew. (GLib, refused memory while it reads the file, ends the process.)
   static KeyboardConfigManager* GetInstance();
 
   virtual ~KeyboardConfigManager();

@@ -83,14 +83,13 @@ constexpr LanguageRow kLanguageRows[] = {
 };
 
 // What is chosen and offered on a device that reports no English language.
-constexpr LanguageRow kFallbackLanguage = {17, "SID_SETUP_LANGUAGE_ENGLISH", "en_GB"};
-
-LanguageInfo ToLanguageInfo(const LanguageRow& row) { return {row.lang_sid, row.lang_local}; }
+constexpr char kFallbackSid[] = "SID_SETUP_LANGUAGE_ENGLISH";
+constexpr char kFallbackLocal[] = "en_GB";
 
 std::unordered_map<sys_lang_id, LanguageInfo> BuildLanguageTable() {
   std::unordered_map<sys_lang_id, LanguageInfo> table;
   for (const LanguageRow& row : kLanguageRows) {
-    table.emplace(row.id, ToLanguageInfo(row));
+    table.emplace(row.id, LanguageInfo{row.lang_sid, row.lang_local});
   }
   return table;
 }
@@ -143,7 +142,7 @@ void LanguageConfigManager::InitLanguageInfoVec() {
 void LanguageConfigManager::ChooseDefaultLangLocal() {
   auto english = std::find_if(m_language_info_vec.begin(), m_language_info_vec.end(), IsEnglish);
   if (english == m_language_info_vec.end()) {
-    english = m_language_info_vec.insert(english, ToLanguageInfo(kFallbackLanguage));
+    english = m_language_info_vec.insert(english, LanguageInfo{kFallbackSid, kFallbackLocal});
   }
   m_default_lang_local = english->lang_local;
 }

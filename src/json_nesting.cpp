@@ -6,18 +6,28 @@ namespace {
 
 constexpr std::string_view kHexDigits = "0123456789abcdefABCDEF";
 
-// The end of the string that begins with the quote at `begin`; npos if it is no JSON string.
+// The escape of a UTF-16 surrogate, but for its backslash.
+bool IsSurrogate(std::string_view escape) {
+  return escape.size() == 5 && (escape[1] == 'd' || escape[1] == 'D') && escape[2] > '7';
+}
+
+// The end of the string that begins with the quote at `begin`; npos if it is no JSON string. A
+// lenient parser reads on after a surrogate that has no partner, past a quote too.
 std::size_t EndOfString(std::string_view json, std::size_t begin) {
-  constexpr std::size_t kUnicodeEscape = 5;  // u and four digits
   std::size_t at = begin + 1;
   while (at < json.size() && json[at] != '"') {
     if (json[at] != '\\') {
       ++at;
-    } else if (json.substr(at + 1, 1) != "u") {
+      continue;
+    }
+    if (json.substr(at + 1, 1) != "u") {
       at += 2;
-    } else if (json.substr(at + 2, 4).find_first_not_of(kHexDigits) == std::string_view::npos) {
-      at += 1 + kUnicodeEscape;
-    } else {
+      continue;
+    }
+    const std::string_view escape = json.substr(at + 1, 5);
+    at += 1 + escape.size();
+    const bool lone = IsSurrogate(escape) && json.substr(at, 1) != "\\";
+    if (lone || escape.find_first_not_of(kHexDigits, 1) != std::string_view::npos) {
       return std::string_view::npos;
     }
   }

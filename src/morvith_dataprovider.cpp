@@ -1,5 +1,6 @@
 // The plug-in boundary: the two exported functions and the callbacks that the host calls.
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <cstring>
@@ -39,7 +40,7 @@ struct MenuItem {
   const char* key;
   const char* display_name_id;
   const char* help_text_id;
-  void (*getter)(char** value);
+  void (*getter)(char** value) noexcept;
   void (*setter)(const char* value);
   void** (*list_builder)(const char* key, int* count);
 };
@@ -56,12 +57,11 @@ constexpr std::array<MenuItem, 3> menu_item_list = {{
 // The row of a table with this key, or null.
 template <typename Rows>
 auto FindRow(const Rows& rows, const char* key) -> decltype(rows.data()) {
-  for (const auto& row : rows) {
-    if (key != nullptr && std::strcmp(row.key, key) == 0) {
-      return &row;
-    }
-  }
-  return nullptr;
+  const auto* found =
+      key == nullptr ? rows.end() : std::find_if(rows.begin(), rows.end(), [key](const auto& row) {
+        return std::strcmp(row.key, key) == 0;
+      });
+  return found == rows.end() ? nullptr : found;
 }
 
 char* CopyForHost(const char* text) {
@@ -92,7 +92,7 @@ int set_string(const char* key, const char* value) noexcept {
   try {
     item->setter(value);
   } catch (const std::exception& failure) {
-    QEL_ERROR("%s not stored: %s", item->key, failure.what());
+    QEL_ERROR("%s not stored, or its type not with it: %s", item->key, failure.what());
   }
   return 1;
 }
@@ -225,13 +225,14 @@ int create_provider(void** handle) noexcept {
     QEL_ERROR("no handle to create a provider in");
     return 1;
   }
+  *handle = nullptr;
   auto* table = static_cast<data_provider_cbs*>(std::calloc(1, sizeof(data_provider_cbs)));
-  *handle = table;
   if (table == nullptr) {
     QEL_ERROR("no memory for the callback table");
     return 1;
   }
   init_data_provider_cbs(table);
+  *handle = table;
   FillSlots(*table);
   return 0;
 }

@@ -1,6 +1,7 @@
 #include "morvith_wrap.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,11 @@
 namespace {
 
 constexpr char kDefaultKeyboardType[] = "us_intl_ibm103i";
+
+std::optional<std::string> StoredLanguage() {
+  const HeapPtr<char> stored(kvreg_get_str(kLanguageKey));
+  return stored ? std::optional<std::string>(stored.get()) : std::nullopt;
+}
 
 std::string SupportedOrDefault(const std::string& lang_local) {
   const LanguageConfigManager& config = *LanguageConfigManager::GetInstance();
@@ -36,9 +42,9 @@ std::string TypeValue(const std::string& lang_local, const std::string& keyboard
 
 }  // namespace
 
-void get_kvreg_lang_string(char** value) { *value = kvreg_get_str(kLanguageKey); }
+void get_kvreg_lang_string(char** value) noexcept { *value = kvreg_get_str(kLanguageKey); }
 
-void get_kvreg_type_string(char** value) { *value = kvreg_get_str(kTypeKey); }
+void get_kvreg_type_string(char** value) noexcept { *value = kvreg_get_str(kTypeKey); }
 
 void set_kvreg_lang_string(const char* value) {
   if (value == nullptr) {
@@ -53,7 +59,7 @@ void set_kvreg_lang_string(const char* value) {
   set_kvreg_type_string(TypeValue(language, FirstKeyboardType(language)).c_str());
 }
 
-void set_kvreg_type_string(const char* value) {
+void set_kvreg_type_string(const char* value) noexcept {
   if (value == nullptr) {
     QEL_ERROR("no keyboard type to store: the value is null");
     return;
@@ -78,21 +84,20 @@ void** get_qel_languagelist(const char* /*key*/, int* count) {
 }
 
 void** get_qel_typelist(const char* /*key*/, int* count) {
-  const HeapPtr<char> stored(kvreg_get_str(kLanguageKey));
-  if (!stored) {
+  const std::optional<std::string> language = StoredLanguage();
+  if (!language) {
     QEL_ERROR("get language failed");
     return nullptr;
   }
-  const std::string language = stored.get();
   const KeyboardConfigManager& config = *KeyboardConfigManager::GetInstance();
   std::vector<std::string> keyboards;
-  config.GetLangLocalKeyboards(language, keyboards);
+  config.GetLangLocalKeyboards(*language, keyboards);
 
   MenuList list(keyboards.size());
   for (const std::string& keyboard : keyboards) {
     MenuListItem& item = list.AddItem();
     item.display_value = DuplicateTextBounded(config.GetKeyboardDisplayName(keyboard));
-    item.string_value = DuplicateTextBounded(TypeValue(language, keyboard));
+    item.string_value = DuplicateTextBounded(TypeValue(*language, keyboard));
   }
   *count = static_cast<int>(keyboards.size());
   return list.Release();

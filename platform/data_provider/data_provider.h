@@ -111,7 +111,8 @@ typedef struct data_provider_cbs {
    *   list, `*count` > 0       the choices
    *   list, `*count` 0         no choices; the list is to be given back all the same
    *   null, `*count` 0         memory exhausted
-   *   null, `*count` as it was unknown key, the page, a null `count`, or (type) no stored language
+   *   null, `*count` as it was unknown key, the page, a null `count`, or (type) no stored language,
+   *                            or one that cannot be read, whatever the reason
    */
   void** (*get_list_items)(const char* key, int* count);
 

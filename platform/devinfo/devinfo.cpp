@@ -75,7 +75,7 @@ int devinfo_get_value_int_array(int key, devinfo_int_array* out) {
   if (Failed(kLanguageKey, error)) {
     return -1;
   }
-  int* values = static_cast<int*>(std::calloc(length, sizeof(int)));
+  int* values = static_cast<int*>(std::calloc(length + 1, sizeof(int)));
   if (values == nullptr) {
     Log(QLOG_PRIORITY_ERROR, kLanguageKey, "out of memory");
     return -1;

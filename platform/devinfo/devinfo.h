@@ -28,7 +28,7 @@ extern "C" {
 /* An array of integers. The caller zeroes the record, and frees `values` with free(). */
 typedef struct devinfo_int_array {
   int count;   /* number of integers in `values` */
-  int* values; /* on the C heap; null when there are none */
+  int* values; /* on the C heap; may be null when there are none */
 } devinfo_int_array;
 
 /*

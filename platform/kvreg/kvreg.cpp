@@ -14,8 +14,9 @@ namespace {
 
 constexpr int kBusyTimeoutMs = 5000;
 
-constexpr char kCreate[] =
-    "CREATE TABLE IF NOT EXISTS registry (key TEXT PRIMARY KEY, value TEXT NOT NULL)";
+constexpr char kBegin[] =
+    "BEGIN IMMEDIATE; CREATE TABLE IF NOT EXISTS registry (key TEXT PRIMARY KEY, value TEXT NOT "
+    "NULL)";
 constexpr char kSelect[] = "SELECT value FROM registry WHERE key = ?1";
 constexpr char kUpsert[] =
     "INSERT INTO registry (key, value) VALUES (?1, ?2) "
@@ -39,8 +40,8 @@ const char* Reason(const Database& database) { return sqlite3_errmsg(database.ge
 // The registry's file, or null with the failure logged when the call cannot be served at all.
 const char* FileFor(const char* action, const char* key, bool complete) {
   const char* file = std::getenv("KVREG_FILE");
-  if (file == nullptr) {
-    LogFailure(action, key, "KVREG_FILE is not set");
+  if (file == nullptr || *file == '\0' || *file == ':') {  // SQLite keeps ":memory:" to itself
+    LogFailure(action, key, "KVREG_FILE is not set to a file");
     return nullptr;
   }
   if (!complete) {
@@ -68,12 +69,13 @@ Statement Prepare(const Database& database, const char* sql) {
 }
 
 bool Write(const Database& database, const char* key, const char* value) {
-  if (sqlite3_exec(database.get(), kCreate, nullptr, nullptr, nullptr) != SQLITE_OK) {
+  if (sqlite3_exec(database.get(), kBegin, nullptr, nullptr, nullptr) != SQLITE_OK) {
     return false;
   }
   const Statement upsert = Prepare(database, kUpsert);
   return upsert && Bind(upsert, 1, key) && Bind(upsert, 2, value) &&
-         sqlite3_step(upsert.get()) == SQLITE_DONE;
+         sqlite3_step(upsert.get()) == SQLITE_DONE &&
+         sqlite3_exec(database.get(), "COMMIT", nullptr, nullptr, nullptr) == SQLITE_OK;
 }
 
 bool NeverWritten(const char* file) {
