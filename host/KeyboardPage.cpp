@@ -17,7 +17,7 @@ std::string KeyOf(SettingId id) {
 }
 
 // A language's display value is a message id, which is left to the host to translate.
-std::string TextOf(SettingId id, const std::string& display_value) {
+std::string UserText(SettingId id, const std::string& display_value) {
   return id == SettingId::kLanguage ? dgettext(kTextDomain, display_value.c_str()) : display_value;
 }
 
@@ -52,7 +52,7 @@ std::optional<std::vector<Choice>> KeyboardPage::FindChoices(SettingId id) const
   }
   std::vector<Choice> choices;
   for (const ListItem& item : *items) {
-    choices.push_back({item.value, TextOf(id, item.display_value)});
+    choices.push_back({item.value, UserText(id, item.display_value)});
   }
   return choices;
 }
@@ -61,8 +61,8 @@ std::vector<Choice> KeyboardPage::ReadChoices(SettingId id) const {
   std::optional<std::vector<Choice>> choices = FindChoices(id);
   if (!choices) {
     throw HostError(id == SettingId::kType
-                        ? "there are no keyboard types to choose from until a language is stored: "
-                          "try 'menu_host set language en_US' first"
+                        ? "no keyboard types to choose from: no language is stored (store one with "
+                          "'menu_host set language en_US'), or the registry cannot be read"
                         : "the provider gave no list of languages");
   }
   return *std::move(choices);

@@ -11,7 +11,7 @@ void init_data_provider_cbs(data_provider_cbs* table) { *table = {}; }
 
 namespace {
 
-std::string TextOf(const char* text) { return text == nullptr ? "" : text; }
+std::string OrEmpty(const char* text) { return text == nullptr ? "" : text; }
 
 }  // namespace
 
@@ -20,7 +20,7 @@ void Provider::LibraryDeleter::operator()(void* library) const { dlclose(library
 Provider::Provider(const std::string& plugin)
     : m_plugin(plugin), m_library(dlopen(plugin.c_str(), RTLD_NOW | RTLD_LOCAL)) {
   if (!m_library) {
-    throw HostError("cannot load the plug-in: " + TextOf(dlerror()) +
+    throw HostError("cannot load the plug-in: " + OrEmpty(dlerror()) +
                     "\nInstall libmorvith-dataprovider, or name the file with --plugin.");
   }
   const auto create = Symbol<int (*)(void**)>("create_provider");
@@ -127,7 +127,7 @@ std::optional<std::vector<ListItem>> Provider::ListItems(const std::string& key)
     char* display_value = nullptr;
     m_callbacks->get_list_item_string_value(list[i], &value);
     m_callbacks->get_list_item_display_value(list[i], &display_value);
-    items.push_back({TextOf(value), TextOf(display_value)});
+    items.push_back({OrEmpty(value), OrEmpty(display_value)});
   }
   m_callbacks->free_list_items(list, count);
   return items;

@@ -111,7 +111,7 @@ class JsonReport : public Report {
     document.Print();
   }
 
-  void Module(const ModuleInfo& info) override {
+  void Module(const ModuleNames& info) override {
     Document document;
     document.Add("owner", info.owner);
     document.Add("main_component", info.main_component);

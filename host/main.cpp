@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <exception>
+#include <iostream>
 #include <iterator>
-#include <map>
 #include <regex>
 
 #include <CLI/CLI.hpp>
@@ -50,32 +50,41 @@ void AddOptions(CLI::App& app, Options& options) {
                    : "'" + text + "' does not have the form ll_CC, such as ko_KR";
       },
       "ll_CC");
+  const CLI::Validator given([](const std::string& text) { return text.empty() ? "is empty" : ""; },
+                             "");
   app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
   app.add_option("--ui-language", options.ui_language, "language in which the page is shown")
       ->check(locale)
       ->capture_default_str();
   app.add_option("--device", options.device,
                  "device profile: a name or a file (default: $DEVINFO_PROFILE, or global)")
+      ->check(given)
       ->type_name("PROFILE");
   app.add_option("--registry", options.registry,
                  "the registry's file (default: $KVREG_FILE, or one in your state folder)")
+      ->check(given)
       ->type_name("FILE");
   app.add_option("--log", options.log_level,
                  "least priority of what is logged (default: $QLOG_LEVEL, or warning)")
       ->check(CLI::IsMember({"info", "warning", "error", "none"}))
       ->type_name("LEVEL");
   app.add_option("--plugin", options.plugin, "the data provider")
+      ->check(given)
       ->type_name("FILE")
       ->capture_default_str();
   app.add_flag("--json", options.json, "print one JSON document, for scripts");
 }
 
 void AddSettingArgument(CLI::App& command, Options& options) {
-  static const std::map<std::string, SettingId> kSettings = {{"language", SettingId::kLanguage},
-                                                             {"type", SettingId::kType}};
-  command.add_option("setting", options.setting, "language or type")
+  command
+      .add_option_function<std::string>(
+          "setting",
+          [&options](const std::string& word) {
+            options.setting = word == "type" ? SettingId::kType : SettingId::kLanguage;
+          },
+          "language or type")
       ->required()
-      ->transform(CLI::CheckedTransformer(kSettings).description(""))
+      ->check(CLI::IsMember({"language", "type"}).description(""))
       ->type_name("");
 }
 
@@ -97,41 +106,42 @@ Commands AddCommands(CLI::App& app, Options& options) {
   return commands;
 }
 
-void CheckIsChoice(const std::vector<Choice>& choices, const std::string& value) {
-  std::vector<std::string> values;
-  std::transform(choices.begin(), choices.end(), std::back_inserter(values),
-                 [](const Choice& choice) { return choice.value; });
-  if (std::find(values.begin(), values.end(), value) == values.end()) {
-    throw HostError("'" + value + "' is none of the choices: " + Join(values) +
-                    ".\nWith --force it is handed to the provider as it is.");
-  }
-}
-
-// The provider's answer does not tell whether it stored the value: only reading it back does.
-void CheckStored(const Setting& setting, const Options& options) {
-  if (setting.value == options.value) {
-    return;
-  }
-  const std::string stored = setting.value ? "'" + *setting.value + "'" : "nothing";
+// The provider's answer does not tell whether it stored the value: only reading it back does. It
+// stores a language that is none of the choices as another one, and a type with each language.
+void CheckStored(const Setting& language, const Setting& type, const Options& options,
+                 bool is_choice) {
+  const bool sets_language = options.setting == SettingId::kLanguage;
+  const std::string stored = (sets_language ? language : type).value.value_or("");
   const std::string difference =
-      "'" + options.value + "' was handed to the provider; what is stored is " + stored;
-  const bool replaced =
-      options.force && options.setting == SettingId::kLanguage && setting.value.has_value();
-  if (!replaced) {
+      "'" + options.value + "' was handed to the provider; stored is '" + stored + "'";
+  if (stored != options.value && (is_choice || !sets_language || stored.empty())) {
     throw HostError(difference);
   }
-  std::fprintf(stderr, "menu_host: %s\n", difference.c_str());
+  if (sets_language && type.value.value_or("").rfind(stored + ".", 0) != 0) {
+    throw HostError("the language was stored, but not the type that goes with it");
+  }
+  if (stored != options.value) {
+    std::fprintf(stderr, "menu_host: %s\n", difference.c_str());
+  }
 }
 
 void Set(const KeyboardPage& page, const Options& options, Report& report) {
-  if (!options.force) {
-    CheckIsChoice(page.ReadChoices(options.setting), options.value);
+  std::vector<std::string> values;
+  if (!options.force || options.setting == SettingId::kLanguage) {
+    const std::vector<Choice> choices = page.ReadChoices(options.setting);
+    std::transform(choices.begin(), choices.end(), std::back_inserter(values),
+                   [](const Choice& choice) { return choice.value; });
+  }
+  const bool is_choice = std::find(values.begin(), values.end(), options.value) != values.end();
+  if (!is_choice && !options.force) {
+    throw HostError("'" + options.value + "' is none of the choices: " + Join(values) +
+                    ".\nWith --force it is handed to the provider as it is.");
   }
   page.Store(options.setting, options.value);
   const Setting language = page.ReadSetting(SettingId::kLanguage);
   const Setting type = page.ReadSetting(SettingId::kType);
   report.Stored(language, type);
-  CheckStored(options.setting == SettingId::kLanguage ? language : type, options);
+  CheckStored(language, type, options, is_choice);
 }
 
 void ShowModule(const Provider& provider, Report& report) {
@@ -157,8 +167,10 @@ void Run(const Options& options, const Commands& commands) {
   } else if (commands.info->parsed()) {
     ShowModule(provider, *report);
   } else {
-    report->Page(page.ReadHead(), page.ReadSetting(SettingId::kLanguage),
-                 page.ReadSetting(SettingId::kType));
+    const PageHead head = page.ReadHead();
+    const Setting language = page.ReadSetting(SettingId::kLanguage);
+    const Setting type = page.ReadSetting(SettingId::kType);
+    report->Page(head, language, type);
   }
 }
 
@@ -169,11 +181,16 @@ int RunCommandLine(int argc, char** argv) {
   const Commands commands = AddCommands(app, options);
   try {
     app.parse(argc, argv);
+    Run(options, commands);
+  } catch (const CLI::Success& help) {
+    app.exit(help);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : kUsage;
+    std::fprintf(stderr,
+                 "menu_host: %s\nThe commands are list, set and info; menu_host --help has more.\n",
+                 error.what());
+    return kUsage;
   }
-  Run(options, commands);
-  if (std::fflush(stdout) != 0) {
+  if (std::fflush(stdout) != 0 || !std::cout.flush()) {
     throw HostError("cannot write to standard output");
   }
   return 0;

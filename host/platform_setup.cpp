@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <system_error>
 #include <vector>
+
+#include <glib.h>
 
 #include "error.h"
 #include "join.h"
@@ -23,7 +26,18 @@ void SetEnvironment(const char* variable, const std::string& value) {
   setenv(variable, value.c_str(), 1);
 }
 
-bool IsSet(const char* variable) { return std::getenv(variable) != nullptr; }
+// The option, or else the environment's value; empty if there is neither.
+std::string OptionOr(const std::string& option, const char* variable) {
+  const char* value = std::getenv(variable);
+  return !option.empty() ? option : value == nullptr ? "" : value;
+}
+
+bool IsProfile(const fs::path& file) {
+  const std::unique_ptr<GKeyFile, void (*)(GKeyFile*)> profile(g_key_file_new(), g_key_file_free);
+  return g_key_file_load_from_file(profile.get(), file.c_str(), G_KEY_FILE_NONE, nullptr) !=
+             FALSE &&
+         g_key_file_has_group(profile.get(), "device") != FALSE;
+}
 
 std::vector<std::string> InstalledProfiles() {
   std::vector<std::string> names;
@@ -43,7 +57,7 @@ fs::path StateFolder() {
     return state;
   }
   const char* home = std::getenv("HOME");
-  if (home == nullptr) {
+  if (home == nullptr || *home == '\0') {
     throw HostError("no folder for the registry: HOME is not set. Name a file with --registry.");
   }
   return fs::path(home) / ".local" / "state";
@@ -63,31 +77,27 @@ std::string OwnRegistry() {
 }  // namespace
 
 void UseDeviceProfile(const std::string& profile) {
-  if (profile.empty() && IsSet(kProfileVariable)) {
-    return;
-  }
-  const std::string name = profile.empty() ? kDefaultProfile : profile;
+  const std::string wanted = OptionOr(profile, kProfileVariable);
+  const std::string name = wanted.empty() ? kDefaultProfile : wanted;
   const fs::path installed = fs::path(MENU_HOST_DEVICES) / (name + kProfileSuffix);
   for (const fs::path& candidate : {installed, fs::path(name)}) {
-    std::error_code error;
-    if (fs::is_regular_file(candidate, error)) {
+    if (IsProfile(candidate)) {
       SetEnvironment(kProfileVariable, candidate);
       return;
     }
   }
-  throw HostError("unknown device profile '" + name + "'. Give a file, or one of: " +
+  throw HostError("no device profile '" + name +
+                  "'. Give a key file with a group [device], or one of: " +
                   Join(InstalledProfiles()) + " (in " MENU_HOST_DEVICES ").");
 }
 
 void UseRegistry(const std::string& file) {
-  if (file.empty() && IsSet(kRegistryVariable)) {
-    return;
-  }
-  const fs::path registry = file.empty() ? OwnRegistry() : file;
-  const fs::path folder = fs::absolute(registry).parent_path();
+  const std::string wanted = OptionOr(file, kRegistryVariable);
+  const fs::path registry = fs::absolute(wanted.empty() ? OwnRegistry() : wanted);
   std::error_code error;
-  if (!fs::is_directory(folder, error)) {
-    throw HostError("no folder '" + folder.string() + "' for the registry. Make it first.");
+  if (!fs::is_directory(registry.parent_path(), error)) {
+    throw HostError("no folder '" + registry.parent_path().string() +
+                    "' for the registry. Make it first.");
   }
   SetEnvironment(kRegistryVariable, registry);
 }

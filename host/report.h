@@ -9,7 +9,7 @@
 
 #include "KeyboardPage.h"
 
-struct ModuleInfo {
+struct ModuleNames {
   std::string owner;
   std::string main_component;
   std::string sub_component;
@@ -23,7 +23,7 @@ class Report {
   virtual void Choices(const std::vector<Choice>& choices, const Setting& setting) = 0;
   // What is stored now, after a choice was handed to the provider.
   virtual void Stored(const Setting& language, const Setting& type) = 0;
-  virtual void Module(const ModuleInfo& info) = 0;
+  virtual void Module(const ModuleNames& info) = 0;
 };
 
 // Lines of aligned text on standard output.

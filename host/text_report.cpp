@@ -46,7 +46,7 @@ class TextReport : public Report {
     }
     PrintColumns(rows);
     if (setting.value && !setting.text) {
-      Print("stored: " + Printable(*setting.value) + ", none of the choices");
+      Print("stored: '" + Printable(*setting.value) + "', none of the choices");
     }
   }
 
@@ -54,7 +54,7 @@ class TextReport : public Report {
     PrintColumns({SettingRow(language), SettingRow(type)});
   }
 
-  void Module(const ModuleInfo& info) override {
+  void Module(const ModuleNames& info) override {
     PrintColumns({{"owner", Printable(info.owner)},
                   {"main component", Printable(info.main_component)},
                   {"sub component", Printable(info.sub_component)}});

@@ -29,6 +29,7 @@ if(MORVITH_PLATFORM STREQUAL "stand-in")
   list(APPEND CPACK_COMPONENTS_ALL host)
   set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS morvith-menu-host)
   set(CPACK_DEBIAN_HOST_PACKAGE_NAME morvith-menu-host)
+  set(CPACK_DEBIAN_HOST_PACKAGE_SECTION utils)
   set(CPACK_DEBIAN_HOST_PACKAGE_RECOMMENDS libmorvith-dataprovider)
   set(CPACK_DEBIAN_HOST_DESCRIPTION
     "Menu host for data providers, without a television\n\

@@ -112,7 +112,7 @@ class MenuHostTest(unittest.TestCase):
         os.mkdir(self.registry)
         done = self.host("set", "language", "ko_KR", status=1)
         self.assertIn("Fail Set Default Keyboard Language", done.stderr)
-        self.assertIn("what is stored is nothing", done.stderr)
+        self.assertIn("stored is ''", done.stderr)
 
 
 if __name__ == "__main__":
