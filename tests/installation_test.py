@@ -29,7 +29,6 @@ class InstallationTest(unittest.TestCase):
         template = f"{SOURCE}/res/locale/lib-morvith-tv.pot"
         catalogues = glob.glob(f"{SOURCE}/res/locale/*.po")
         for po in catalogues:
-            output("msgfmt", "--check-format", "--check-domain", "--output-file=/dev/null", po)
             output("msgcmp", po, template)
         self.assertEqual(len(glob.glob(f"{RESOURCES}/locale/*/LC_MESSAGES/lib-morvith-tv.mo")),
                          len(catalogues))
@@ -54,13 +53,6 @@ class InstallationTest(unittest.TestCase):
         for keys in (names, locales):
             self.assertEqual(len(keys), len(set(keys)), keys)
         self.assertGreaterEqual(len(locales), 12)
-
-    def test_help_images_are_of_their_format(self):
-        for file, magic in (("edje/help_morvith.edj", b"\x1e\xe7"),
-                            ("image/setting_device_manager_ta_non_bt.webp", b"RIFF")):
-            with open(f"{RESOURCES}/{file}", "rb") as image:
-                start = image.read(12)
-            self.assertTrue(start.startswith(magic), (file, start))
 
 
 if __name__ == "__main__":

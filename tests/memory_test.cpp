@@ -3,9 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include "conversation.h"
 #include "failing_allocator.h"
 #include "fake_platform.h"
-#include "plugin.h"
 
 namespace {
 
@@ -87,4 +87,19 @@ TEST(Memory, FailsTheRequestLeaksNothingAndAnswersTheNext) {
       return refused;
     });
   }
+}
+
+TEST(Memory, StaysFlatOverLoadsAndUnloads) {
+  long live = 0;
+  for (int i = 0; i < 200; ++i) {
+    {
+      Conversation conversation;
+      conversation.Say("set_string language ko_KR");
+      conversation.Say("get_list_items language");
+      EXPECT_EQ(conversation.Say("get_list_items type").substr(0, 2), "2\n");
+    }
+    ResetPlatform();
+    live = i == 1 ? LiveBlocks() : live;
+  }
+  EXPECT_EQ(LiveBlocks(), live);
 }

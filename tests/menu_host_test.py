@@ -8,6 +8,7 @@ import unicodedata
 import unittest
 
 STAGE = os.environ["MORVITH_TEST_ROOT"]
+BAD_PROVIDER = os.environ["BAD_PROVIDER_FILE"]
 LIBRARIES = os.environ["LD_LIBRARY_PATH"]
 
 
@@ -27,17 +28,19 @@ class MenuHostTest(unittest.TestCase):
         self.addCleanup(folder.cleanup)
         self.folder = folder.name
         self.registry = f"{self.folder}/registry.db"
+        self.environment = dict(os.environ)
 
-    def host(self, *arguments, device="global", status=0):
+    def host(self, *arguments, device="global", status=0, stdout=subprocess.PIPE):
         command = [f"{STAGE}/usr/bin/menu_host", "--registry", self.registry,
                    "--device", profile(device), *arguments]
-        done = subprocess.run(command, capture_output=True, text=True, timeout=60)
-        self.assertEqual(done.returncode, status, done.stdout + done.stderr)
+        done = subprocess.run(command, stdout=stdout, stderr=subprocess.PIPE, text=True,
+                              timeout=60, env=self.environment)
+        self.assertEqual(done.returncode, status, (done.stdout, done.stderr))
         return done
 
-    def document(self, *arguments, **options):
+    def document(self, *arguments, quiet=True, **options):
         done = self.host(*arguments, "--json", **options)
-        self.assertEqual(done.stderr, "")
+        self.assertEqual(done.stderr == "", quiet, done.stderr)
         return json.loads(done.stdout)
 
     def assert_refused(self, *arguments, status=1, says):
@@ -48,7 +51,6 @@ class MenuHostTest(unittest.TestCase):
     def test_stores_a_choice_and_reads_it_back(self):
         page = self.document()
         self.assertEqual(page["title"], "Keyboard Settings")
-        self.assertTrue(os.path.isfile(STAGE + page["help_image"]), page["help_image"])
         self.assertIsNone(page["language"]["value"])
 
         stored = self.document("set", "language", "ko_KR")
@@ -74,7 +76,9 @@ class MenuHostTest(unittest.TestCase):
                 done = self.host("list", "language", device=device)
                 self.assertEqual(len(done.stdout.splitlines()), languages)
                 self.assertEqual(done.stderr.count("not support"), 3 * (device == "prototype"))
-                self.assertIn(image, self.host(device=device).stdout)
+                page = self.document(device=device, quiet=device != "prototype")
+                self.assertTrue(page["help_image"].endswith(image))
+                self.assertTrue(os.path.isfile(STAGE + page["help_image"]))
 
     def test_aligns_columns_in_wide_and_combining_scripts(self):
         self.host("set", "language", "ko_KR")
@@ -86,16 +90,36 @@ class MenuHostTest(unittest.TestCase):
             starts = {width(line[:line.index("ko_KR")]) for line in page if "ko_KR" in line}
             self.assertEqual(len(starts), 1, page)
 
+    def test_aligns_what_a_device_puts_in(self):
+        resources = f"{self.folder}/usr/share/lib-morvith-tv/res"
+        os.makedirs(f"{resources}/config")
+        os.symlink(f"{STAGE}/usr/share/lib-morvith-tv/res/locale", f"{resources}/locale")
+        names = {"a": "ที่นี่", "b": "한국어", "c": "e\u0301", "d": "plain"}
+        with open(f"{resources}/config/hw_kbd_lang_config.json", "w", encoding="utf-8") as file:
+            json.dump({"keyboard_name_map": [{"name": name, "display_name": text}
+                                             for name, text in names.items()],
+                       "lang_local_keyboard_type_table": [{"lang_local": "en_US",
+                                                           "keyboard_types": list(names)}]}, file)
+        self.environment["MORVITH_TEST_ROOT"] = self.folder
+        self.host("set", "language", "en_US")
+        lines = self.host("list", "type").stdout.splitlines()
+        self.assertEqual([width(line[:line.index("en_US")]) for line in lines], [10] * 4)
+
     def test_says_what_was_wrong_and_what_would_have_been_right(self):
         self.assert_refused("--plugin", "/nowhere.so", says=["/nowhere.so", "--plugin"])
         self.assert_refused("--plugin", f"{LIBRARIES}/libqlog.so.0",
                             says=["not a data provider", "create_provider"])
+        for bad, says in (("fails", "create_provider returned 1"), ("lacks", "left the slot set_int")):
+            self.environment["BAD_PROVIDER"] = bad
+            self.assert_refused("--plugin", BAD_PROVIDER, says=[says])
         self.assert_refused("--device", "moon", says=["'moon'", "profile", "one of:"])
+        self.assert_refused("--device", "/etc/passwd", says=["key file"])
+        self.assert_refused("--registry", "", says=["empty"], status=2)
         self.assert_refused("--registry", "/nowhere/registry.db", says=["/nowhere", "Make it"])
         self.assert_refused("--ui-language", "zu_ZA", says=["'zu_ZA'", "ar, de, en, fr, ko"])
         self.assert_refused("--ui-language", "korean", says=["ll_CC", "ko_KR"], status=2)
         self.assert_refused("--log", "loud", says=["info", "none"], status=2)
-        self.assert_refused("list", "colour", says=["language", "type"], status=2)
+        self.assert_refused("list", "colour", says=["{language,type}"], status=2)
         self.assert_refused("list", "type", says=["set language"])
         self.assert_refused("set", "language", "xx_XX", says=["'xx_XX'", "ko_KR, en_US", "--force"])
         self.assertIsNone(self.document()["language"]["value"])
@@ -107,12 +131,21 @@ class MenuHostTest(unittest.TestCase):
         self.host("set", "type", "odd\x1b[31m\nvalue", "--force")
         self.assertIn("(none of the choices)  odd\ufffd[31m\ufffdvalue", self.host().stdout)
         self.assertIn("none of the choices", self.host("list", "type").stdout)
+        self.host("set", "type", b"\xff", "--force")
+        self.assertEqual(self.document()["type"]["value"], "\ufffd")
 
-    def test_fails_when_the_registry_does(self):
+    def test_reports_what_fails_and_logs_from_the_level_up(self):
         os.mkdir(self.registry)
         done = self.host("set", "language", "ko_KR", status=1)
         self.assertIn("Fail Set Default Keyboard Language", done.stderr)
         self.assertIn("stored is ''", done.stderr)
+        os.rmdir(self.registry)
+        with open("/dev/full", "w", encoding="utf-8") as full:
+            self.host("info", stdout=full, status=1)
+        for level in ("error", "warning", "info"):
+            done = self.host("--log", level, "list", "language", device="prototype")
+            self.assertEqual("info IME_QEL" in done.stderr, level == "info")
+            self.assertEqual("warning IME_QEL" in done.stderr, level != "error")
 
 
 if __name__ == "__main__":

@@ -92,9 +92,9 @@ class StandInTest(unittest.TestCase):
 
         values = (b"a" * 20000, b"b" * 20000)
         KVREG.kvreg_set_str(b"key", values[0])
-        for attempt in range(20):
+        for attempt in range(8):
             writer = write_in_child(b"key", values * 10000)
-            time.sleep(0.002 + 0.0017 * attempt)
+            time.sleep(0.002 + 0.004 * attempt)
             os.kill(writer, signal.SIGKILL)
             os.waitpid(writer, 0)
             self.assertIn(read(b"key"), values)
@@ -119,8 +119,6 @@ class StandInTest(unittest.TestCase):
             for priority, text in ((4, b"a"), (5, b"b\n"), (6, b"c\nd")):
                 QLOG(0, priority, b"T", b"%s", text)
             self.assertEqual(self.logged(), "".join(lines[first:]), level)
-        QLOG(0, 6, b"T", b"%s", b"x" * 9000)
-        self.assertEqual(self.logged(), "error T: " + "x" * 4095 + "\n")
 
 
 if __name__ == "__main__":
