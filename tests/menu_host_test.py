@@ -80,6 +80,22 @@ class MenuHostTest(unittest.TestCase):
                 self.assertTrue(page["help_image"].endswith(image))
                 self.assertTrue(os.path.isfile(STAGE + page["help_image"]))
 
+    def test_takes_from_a_bad_profile_what_is_good(self):
+        capability = "[custom_bool]\ncom.velmora/featureconf/bt_profile_bt_smart_control="
+        for ids, wanted, skipped in (("1; x7;;99999999999;-3 ;0", ["en_US", "ko_KR"], 3),
+                                     ("", ["en_GB"], 0), (None, ["en_GB"], 0)):
+            with open(f"{self.folder}/device.ini", "w", encoding="utf-8") as file:
+                file.write("[device]\n" + (f"system_language_ids={ids}\n" if ids is not None else "") +
+                           capability + "maybe\n")
+            done = self.host("--device", file.name, "list", "language")
+            self.assertEqual([line.split()[-1] for line in done.stdout.splitlines()], wanted)
+            self.assertEqual(done.stderr.count("skipped"), skipped)
+            self.assertEqual("devinfo_get_value_int_array Error.\n" in done.stderr, ids is None)
+            self.assertNotIn("\n\n", done.stderr)
+        done = self.host("--device", file.name)
+        self.assertIn("non_bt.webp", done.stdout)
+        self.assertIn("error DEVINFO", done.stderr)
+
     def test_aligns_columns_in_wide_and_combining_scripts(self):
         self.host("set", "language", "ko_KR")
         for language in ("ar_AE", "de_DE", "en_US", "fr_FR", "ko_KR"):
