@@ -186,7 +186,8 @@ KeyboardConfigManager::~KeyboardConfigManager() = default;
 void KeyboardConfigManager::LoadKeyboardConfig(const std::string& path) {
   if (NestsTooDeep(path)) {
     QEL_ERROR(
-        "Unable to parse '%s':nested deeper than %zu levels (brackets that open, in what is no plain JSON)",
+        "Unable to parse '%s':nested deeper than %zu levels (brackets that open, in what is no "
+        "plain JSON)",
         path.c_str(), kNestingLimit);
     return;
   }

@@ -6,7 +6,8 @@
 
 int create_provider(void** handle) noexcept {
   *handle = std::calloc(1, sizeof(data_provider_cbs));
-  return std::strcmp(std::getenv("BAD_PROVIDER"), "fails") == 0 ? 1 : 0;
+  const char* lack = std::getenv("BAD_PROVIDER");
+  return lack != nullptr && std::strcmp(lack, "fails") == 0 ? 1 : 0;
 }
 
 int delete_provider(void** handle) noexcept {

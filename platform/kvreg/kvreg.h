@@ -3,10 +3,10 @@
  *
  * On the device a system service holds the registry. This stand-in keeps it in one SQLite file,
  * named by the environment variable KVREG_FILE, in the table `registry (key TEXT PRIMARY KEY,
- * value TEXT NOT NULL)`; the file is made by the first write, its folder must exist. Each call opens and
- * closes the file, so nothing is held between calls and any thread may call. A write is one
- * transaction: a process killed in it leaves the old value or the new one, and writers in several
- * processes wait for each other, up to 5 seconds. Failures are logged with the tag "KVREG".
+ * value TEXT NOT NULL)`; the file is made by the first write, its folder must exist. Each call
+ * opens and closes the file, so nothing is held between calls and any thread may call. A write is
+ * one transaction: a process killed in it leaves the old value or the new one, and writers in
+ * several processes wait for each other, up to 5 seconds. Failures are logged with the tag "KVREG".
  */
 #ifndef KVREG_H
 #define KVREG_H
