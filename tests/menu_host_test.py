@@ -94,7 +94,7 @@ class MenuHostTest(unittest.TestCase):
             self.assertNotIn("\n\n", done.stderr)
         done = self.host("--device", file.name)
         self.assertIn("non_bt.webp", done.stdout)
-        self.assertIn("error DEVINFO", done.stderr)
+        self.assertIn("get key value failed", done.stderr)
 
     def test_aligns_columns_in_wide_and_combining_scripts(self):
         self.host("set", "language", "ko_KR")
