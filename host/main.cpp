@@ -6,12 +6,13 @@
 #include <exception>
 #include <iostream>
 #include <iterator>
-#include <regex>
-
-#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+#include <vector>
 
 #include "KeyboardPage.h"
 #include "Provider.h"
+#include "command_line.h"
 #include "error.h"
 #include "join.h"
 #include "platform_setup.h"
@@ -22,89 +23,6 @@ namespace {
 
 constexpr int kFailed = 1;
 constexpr int kUsage = 2;
-
-struct Options {
-  std::string ui_language = "en_US";
-  std::string device;
-  std::string registry;
-  std::string log_level;
-  std::string plugin = "libmorvith_dataprovider.so";
-  bool json = false;
-
-  SettingId setting = SettingId::kLanguage;
-  std::string value;
-  bool force = false;
-};
-
-struct Commands {
-  CLI::App* list;
-  CLI::App* set;
-  CLI::App* info;
-};
-
-void AddOptions(CLI::App& app, Options& options) {
-  const CLI::Validator locale(
-      [](const std::string& text) {
-        return std::regex_match(text, std::regex("[a-z]{2}_[A-Z]{2}"))
-                   ? ""
-                   : "'" + text + "' does not have the form ll_CC, such as ko_KR";
-      },
-      "ll_CC");
-  const CLI::Validator given([](const std::string& text) { return text.empty() ? "is empty" : ""; },
-                             "");
-  app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
-  app.add_option("--ui-language", options.ui_language, "language in which the page is shown")
-      ->check(locale)
-      ->capture_default_str();
-  app.add_option("--device", options.device,
-                 "device profile: a name or a file (default: $DEVINFO_PROFILE, or global)")
-      ->check(given)
-      ->type_name("PROFILE");
-  app.add_option("--registry", options.registry,
-                 "the registry's file (default: $KVREG_FILE, or one in your state folder)")
-      ->check(given)
-      ->type_name("FILE");
-  app.add_option("--log", options.log_level,
-                 "least priority of what is logged (default: $QLOG_LEVEL, or warning)")
-      ->check(CLI::IsMember({"info", "warning", "error", "none"}))
-      ->type_name("LEVEL");
-  app.add_option("--plugin", options.plugin, "the data provider")
-      ->check(given)
-      ->type_name("FILE")
-      ->capture_default_str();
-  app.add_flag("--json", options.json, "print one JSON document, for scripts");
-}
-
-void AddSettingArgument(CLI::App& command, Options& options) {
-  command
-      .add_option_function<std::string>(
-          "setting",
-          [&options](const std::string& word) {
-            options.setting = word == "type" ? SettingId::kType : SettingId::kLanguage;
-          },
-          "language or type")
-      ->required()
-      ->check(CLI::IsMember({"language", "type"}).description(""))
-      ->type_name("");
-}
-
-Commands AddCommands(CLI::App& app, Options& options) {
-  app.require_subcommand(0, 1);
-  app.fallthrough();  // the options are good behind a command too
-  const Commands commands = {
-      app.add_subcommand("list", "the choices, the current one marked"),
-      app.add_subcommand("set", "store a choice, then show what is stored"),
-      app.add_subcommand("info", "who answers for the provider"),
-  };
-  AddSettingArgument(*commands.list, options);
-  AddSettingArgument(*commands.set, options);
-  commands.set->add_option("value", options.value, "a value that 'list' shows")
-      ->required()
-      ->type_name("");
-  commands.set->add_flag("--force", options.force,
-                         "hand the value to the provider even if it is none of the choices");
-  return commands;
-}
 
 // The provider's answer does not tell whether it stored the value: only reading it back does. It
 // stores a language that is none of the choices as another one, and a type with each language.
@@ -150,7 +68,14 @@ void ShowModule(const Provider& provider, Report& report) {
                  provider.ModuleInfo("provider/sub-component").value_or("")});
 }
 
-void Run(const Options& options, const Commands& commands) {
+void ShowPage(const KeyboardPage& page, Report& report) {
+  const PageHead head = page.ReadHead();
+  const Setting language = page.ReadSetting(SettingId::kLanguage);
+  const Setting type = page.ReadSetting(SettingId::kType);
+  report.Page(head, language, type);
+}
+
+void Run(const Options& options) {
   UseLogLevel(options.log_level);
   UseDeviceProfile(options.device);
   UseRegistry(options.registry);
@@ -160,49 +85,38 @@ void Run(const Options& options, const Commands& commands) {
 
   const std::unique_ptr<Report> report = options.json ? MakeJsonReport() : MakeTextReport();
   const KeyboardPage page(provider);
-  if (commands.list->parsed()) {
-    report->Choices(page.ReadChoices(options.setting), page.ReadSetting(options.setting));
-  } else if (commands.set->parsed()) {
-    Set(page, options, *report);
-  } else if (commands.info->parsed()) {
-    ShowModule(provider, *report);
-  } else {
-    const PageHead head = page.ReadHead();
-    const Setting language = page.ReadSetting(SettingId::kLanguage);
-    const Setting type = page.ReadSetting(SettingId::kType);
-    report->Page(head, language, type);
+  switch (options.command) {
+    case Command::kPage:
+      return ShowPage(page, *report);
+    case Command::kList:
+      return report->Choices(page.ReadChoices(options.setting), page.ReadSetting(options.setting));
+    case Command::kSet:
+      return Set(page, options, *report);
+    case Command::kInfo:
+      return ShowModule(provider, *report);
   }
 }
 
-int RunCommandLine(int argc, char** argv) {
-  Options options;
-  CLI::App app("The keyboard settings page, without a television.", "menu_host");
-  AddOptions(app, options);
-  const Commands commands = AddCommands(app, options);
-  try {
-    app.parse(argc, argv);
-    Run(options, commands);
-  } catch (const CLI::Success& help) {
-    app.exit(help);
-  } catch (const CLI::ParseError& error) {
-    std::fprintf(stderr,
-                 "menu_host: %s\nThe commands are list, set and info; menu_host --help has more.\n",
-                 error.what());
-    return kUsage;
-  }
-  if (std::fflush(stdout) != 0 || !std::cout.flush()) {
-    throw HostError("cannot write to standard output");
-  }
-  return 0;
+int Fail(const std::exception& error, int status) {
+  std::fprintf(stderr, "menu_host: %s\n", error.what());
+  return status;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   try {
-    return RunCommandLine(argc, argv);
+    Options options;
+    if (ParseCommandLine(argc, argv, options)) {
+      Run(options);
+    }
+    if (std::fflush(stdout) != 0 || !std::cout.flush()) {
+      throw HostError("cannot write to standard output");
+    }
+    return 0;
+  } catch (const UsageError& error) {
+    return Fail(error, kUsage);
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "menu_host: %s\n", error.what());
-    return kFailed;
+    return Fail(error, kFailed);
   }
 }

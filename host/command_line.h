@@ -1,0 +1,34 @@
+// What menu_host was asked to do.
+#ifndef MENU_HOST_COMMAND_LINE_H
+#define MENU_HOST_COMMAND_LINE_H
+
+#include <string>
+
+#include "KeyboardPage.h"
+#include "error.h"
+
+enum class Command { kPage, kList, kSet, kInfo };
+
+struct Options {
+  std::string ui_language = "en_US";
+  std::string device;
+  std::string registry;
+  std::string log_level;
+  std::string plugin = "libmorvith_dataprovider.so";
+  bool json = false;
+
+  Command command = Command::kPage;
+  SettingId setting = SettingId::kLanguage;
+  std::string value;
+  bool force = false;
+};
+
+class UsageError : public HostError {
+  using HostError::HostError;
+};
+
+// Returns whether there is anything left to do: not when the help was asked for, and shown. Throws
+// UsageError for what cannot be understood.
+bool ParseCommandLine(int argc, const char* const* argv, Options& options);
+
+#endif
