@@ -1,18 +1,9 @@
 #include <cstdio>
 
-#include <json-glib/json-glib.h>
-
+#include "glib_ptr.h"
 #include "report.h"
 
 namespace {
-
-struct GlibDeleter {
-  void operator()(gchar* text) const { g_free(text); }
-  void operator()(JsonNode* node) const { json_node_unref(node); }
-  void operator()(JsonBuilder* builder) const { g_object_unref(builder); }
-};
-template <typename T>
-using GlibPtr = std::unique_ptr<T, GlibDeleter>;
 
 // A document whose root is an object, printed when it is complete.
 class Document {

@@ -3,13 +3,11 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <memory>
 #include <system_error>
 #include <vector>
 
-#include <glib.h>
-
 #include "error.h"
+#include "glib_ptr.h"
 #include "join.h"
 
 namespace fs = std::filesystem;
@@ -33,7 +31,7 @@ std::string OptionOr(const std::string& option, const char* variable) {
 }
 
 bool IsProfile(const fs::path& file) {
-  const std::unique_ptr<GKeyFile, void (*)(GKeyFile*)> profile(g_key_file_new(), g_key_file_free);
+  const GlibPtr<GKeyFile> profile(g_key_file_new());
   return g_key_file_load_from_file(profile.get(), file.c_str(), G_KEY_FILE_NONE, nullptr) !=
              FALSE &&
          g_key_file_has_group(profile.get(), "device") != FALSE;

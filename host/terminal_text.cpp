@@ -1,15 +1,10 @@
 #include "terminal_text.h"
 
 #include <algorithm>
-#include <memory>
 
-#include <glib.h>
+#include "glib_ptr.h"
 
 namespace {
-
-struct GFree {
-  void operator()(gchar* text) const { g_free(text); }
-};
 
 constexpr gunichar kReplacement = 0xFFFD;
 constexpr std::size_t kGap = 2;
@@ -39,8 +34,7 @@ std::vector<std::size_t> ColumnWidths(const std::vector<std::vector<std::string>
 }  // namespace
 
 std::string Printable(const std::string& text) {
-  const std::unique_ptr<gchar, GFree> valid(
-      g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())));
+  const GlibPtr<gchar> valid(g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())));
   std::string printable;
   for (const gchar* at = valid.get(); *at != '\0'; at = g_utf8_next_char(at)) {
     const gunichar character = g_utf8_get_char(at);

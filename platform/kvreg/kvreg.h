@@ -6,7 +6,8 @@
  * value TEXT NOT NULL)`; the file is made by the first write, its folder must exist. Each call
  * opens and closes the file, so nothing is held between calls and any thread may call. A write is
  * one transaction: a process killed in it leaves the old value or the new one, and writers in
- * several processes wait for each other, up to 5 seconds. Failures are logged with the tag "KVREG".
+ * several processes wait for each other, up to 5 seconds. A name that begins with a colon is no
+ * file to SQLite, and is refused. Failures are logged with the tag "KVREG".
  */
 #ifndef KVREG_H
 #define KVREG_H
