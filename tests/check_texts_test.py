@@ -40,6 +40,7 @@ class CheckTextsTest(unittest.TestCase):
         for old, new, message, says in (
                 (GOOD, '"키보드 언어', LANGUAGE, "msgfmt"),
                 (GOOD, '"키보드 언어\\n"', LANGUAGE, "msgfmt"),
+                ('"Language-Team: none\\n"\n', "", "header", "msgfmt"),
                 (entry, 'msgid "COM_TV_KEYBOARD_TONGUE"', LANGUAGE, "msgmerge"),
                 (entry, 'msgid "OWN"\nmsgstr "것"\n\n' + entry, "OWN", "msgmerge"),
                 (GOOD, '""', LANGUAGE, "translate it"),
