@@ -1,9 +1,14 @@
 // What takes more than a conversation: the table itself, raw lists, texts too long to write down,
 // and files that are no JSON at all.
+#include <cstdlib>
 #include <cstring>
 #include <set>
+#include <sstream>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
+#include <libintl.h>
 
 #include "conversation.h"
 #include "failing_allocator.h"
@@ -34,6 +39,31 @@ std::string OneType(const std::string& type, const std::string& name) {
   return R"("keyboard_name_map": [{"name": ")" + type + R"(", "display_name": ")" + name +
          R"("}], "lang_local_keyboard_type_table": [{"lang_local": "ko_KR", "keyboard_types": [")" +
          type + R"("]}]})";
+}
+
+// Locale and message id of each language that there is, as the library lists them.
+std::vector<std::pair<std::string, std::string>> AllLanguages(Conversation& conversation) {
+  std::string ids = "device languages";
+  for (int id = 0; id < 100; ++id) {
+    ids += " " + std::to_string(id);
+  }
+  conversation.Say(ids);
+  std::istringstream lines(conversation.Say("get_list_items language"));
+  std::vector<std::pair<std::string, std::string>> languages;
+  for (std::string line; std::getline(lines, line);) {
+    const std::size_t bar = line.find(" | ");
+    if (bar != std::string::npos) {
+      languages.emplace_back(line.substr(0, bar), line.substr(bar + 3));
+    }
+  }
+  return languages;
+}
+
+// A text that a user can read: in UTF-8, which is the encoding here, and no message id.
+bool IsReadable(const std::string& text) {
+  return std::mbstowcs(nullptr, text.c_str(), 0) + 1 > 1 &&
+         text.find("SID_") == std::string::npos && text.find("IDS_") == std::string::npos &&
+         text.find("COM_") == std::string::npos;
 }
 
 }  // namespace
@@ -87,6 +117,25 @@ TEST(Provider, TakesNullsAndHolesAndLeavesIntegersAlone) {
   EXPECT_EQ(value, 42);
   EXPECT_EQ(plugin.create_provider(nullptr), 1);
   EXPECT_EQ(plugin.delete_provider(&none), 0);
+}
+
+TEST(Provider, SpeaksTheLanguageOfEveryLocale) {
+  Conversation conversation;
+  const auto languages = AllLanguages(conversation);
+  EXPECT_EQ(languages.size(), 61u);
+  for (const auto& [locale, own_id] : languages) {
+    conversation.Say("ui-language " + locale);
+    for (const char* item : {"page", "language", "type"}) {
+      for (const std::string order : {"get_display_name ", "get_help_text "}) {
+        const std::string answer = conversation.Say(order + item);
+        EXPECT_TRUE(IsReadable(answer)) << locale << ", " << order << item << ": " << answer;
+      }
+    }
+    for (const auto& [other, id] : languages) {
+      const std::string name = dgettext("lib-morvith-tv", id.c_str());
+      EXPECT_TRUE(IsReadable(name)) << locale << ", the language of " << other << ": " << name;
+    }
+  }
 }
 
 TEST(Provider, CutsTextsOfTypesAfter254Bytes) {
