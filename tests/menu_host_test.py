@@ -178,8 +178,9 @@ class MenuHostTest(unittest.TestCase):
         for ids, changes, lines in (
                 ("1", {edje: None}, [image + "cannot be read; install it anew"]),
                 ("1", {edje: b""}, [image + "is empty; install it anew"]),
-                ("0;1", {ko: None}, ["interface ko_KR: page is not translated at all; "
-                                     "add the catalogue 'ko_KR', or one of its language"]),
+                ("1", {ko.replace("ko", "en"): None},
+                 ["interface en_US: page is not translated at all; "
+                  "add the catalogue 'en_US', or one of its language"]),
                 ("0;1", {ko: b""}, ["interface ko_KR: page is not translated at all; "
                                     "replace the catalogue 'ko'"]),
                 ("0;1;12", korean(b"LANGUAGE_GERMAN", b"LANGUAGE_GERMAX"),
@@ -196,6 +197,8 @@ class MenuHostTest(unittest.TestCase):
                                 "add keyboard_types for 'en_US'"]),
                 ("1", types(("a", None)), [one + "is shown as its id; give it a display_name"]),
                 ("1", types(("a", "")), [one + "shows no text; give it a display_name"]),
+                ("1", types(("a", "\ud800x")),
+                 [one + "has a text that is not UTF-8; correct its display_name"]),
                 ("1", types(("a", "x" * 253 + "é")), [one + "has a text" + long + "display_name"]),
                 ("1", types(("b", "B"), (long_id, "N")),
                  [f"keyboard en_US: type '{cut}' has a value{long}id"]),
