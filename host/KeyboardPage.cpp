@@ -28,6 +28,16 @@ PageHead KeyboardPage::ReadHead() const {
           m_provider.HelpImagePath(kPageKey).value_or("")};
 }
 
+std::vector<std::string> KeyboardPage::ReadTexts() const {
+  std::vector<std::string> texts;
+  for (const std::string& key :
+       {std::string(kPageKey), KeyOf(SettingId::kLanguage), KeyOf(SettingId::kType)}) {
+    texts.push_back(m_provider.DisplayName(key).value_or(""));
+    texts.push_back(m_provider.HelpText(key).value_or(""));
+  }
+  return texts;
+}
+
 Setting KeyboardPage::ReadSetting(SettingId id) const {
   const std::string key = KeyOf(id);
   Setting setting = {key, m_provider.DisplayName(key).value_or(""),

@@ -36,6 +36,9 @@ class KeyboardPage {
   PageHead ReadHead() const;
   Setting ReadSetting(SettingId id) const;
 
+  // The name and the help text of each item, in the language of the user.
+  std::vector<std::string> ReadTexts() const;
+
   // Throws HostError when there is no list: types are listed for a stored language.
   std::vector<Choice> ReadChoices(SettingId id) const;
 

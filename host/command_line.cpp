@@ -58,9 +58,14 @@ void AddCommands(CLI::App& app, Options& options) {
   CLI::App* list = app.add_subcommand("list", "the choices, the current one marked");
   CLI::App* set = app.add_subcommand("set", "store a choice, then show what is stored");
   CLI::App* info = app.add_subcommand("info", "who answers for the provider");
+  CLI::App* check = app.add_subcommand(
+      "check",
+      "go through the page in every language, over a registry of its own, for what would trip a "
+      "viewer up; exits with 1 if there is anything");
   list->callback([&options] { options.command = Command::kList; });
   set->callback([&options] { options.command = Command::kSet; });
   info->callback([&options] { options.command = Command::kInfo; });
+  check->callback([&options] { options.command = Command::kCheck; });
   AddSettingArgument(*list, options);
   AddSettingArgument(*set, options);
   set->add_option("value", options.value, "a value that 'list' shows")->required()->type_name("");
@@ -82,6 +87,6 @@ bool ParseCommandLine(int argc, const char* const* argv, Options& options) {
     return false;
   } catch (const CLI::ParseError& error) {
     throw UsageError(std::string(error.what()) +
-                     "\nThe commands are list, set and info; menu_host --help has more.");
+                     "\nThe commands are list, set, info and check; menu_host --help has more.");
   }
 }

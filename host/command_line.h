@@ -7,7 +7,7 @@
 #include "KeyboardPage.h"
 #include "error.h"
 
-enum class Command { kPage, kList, kSet, kInfo };
+enum class Command { kPage, kList, kSet, kInfo, kCheck };
 
 struct Options {
   std::string ui_language = "en_US";

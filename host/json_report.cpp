@@ -109,6 +109,21 @@ class JsonReport : public Report {
     document.Add("sub_component", info.sub_component);
     document.Print();
   }
+
+  void Findings(const std::vector<Finding>& findings) override {
+    Document document;
+    document.AddArray("findings", [&] {
+      for (const Finding& finding : findings) {
+        document.AddElement([&] {
+          document.Add("where", finding.where);
+          document.Add("item", finding.item);
+          document.Add("problem", finding.problem);
+          document.Add("remedy", finding.remedy);
+        });
+      }
+    });
+    document.Print();
+  }
 };
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <iostream>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@
 #include "command_line.h"
 #include "error.h"
 #include "join.h"
+#include "page_check.h"
 #include "platform_setup.h"
 #include "report.h"
 #include "ui_language.h"
@@ -75,13 +77,29 @@ void ShowPage(const KeyboardPage& page, Report& report) {
   report.Page(head, language, type);
 }
 
+void Check(const KeyboardPage& page, Report& report) {
+  const std::vector<Finding> findings = CheckPage(page);
+  report.Findings(findings);
+  if (!findings.empty()) {
+    throw HostError("findings: " + std::to_string(findings.size()));
+  }
+}
+
 void Run(const Options& options) {
   UseLogLevel(options.log_level);
   UseDeviceProfile(options.device);
-  UseRegistry(options.registry);
+  const bool checks = options.command == Command::kCheck;
+  std::optional<TemporaryRegistry> registry;
+  if (checks) {
+    registry.emplace();
+  } else {
+    UseRegistry(options.registry);
+  }
   UseUiLanguage(options.ui_language);
   const Provider provider(options.plugin);
-  CheckCatalogue(options.ui_language);
+  if (!checks) {  // the check says itself which catalogues there are not
+    CheckCatalogue(options.ui_language);
+  }
 
   const std::unique_ptr<Report> report = options.json ? MakeJsonReport() : MakeTextReport();
   const KeyboardPage page(provider);
@@ -94,6 +112,8 @@ void Run(const Options& options) {
       return Set(page, options, *report);
     case Command::kInfo:
       return ShowModule(provider, *report);
+    case Command::kCheck:
+      return Check(page, *report);
   }
 }
 

@@ -100,6 +100,21 @@ void UseRegistry(const std::string& file) {
   SetEnvironment(kRegistryVariable, registry);
 }
 
+TemporaryRegistry::TemporaryRegistry() {
+  const GlibPtr<gchar> folder(g_dir_make_tmp("menu-host-XXXXXX", nullptr));
+  if (!folder) {
+    throw HostError(std::string("cannot make a folder for a temporary registry in '") +
+                    g_get_tmp_dir() + "'. Name another place with TMPDIR.");
+  }
+  m_folder = folder.get();
+  SetEnvironment(kRegistryVariable, fs::path(m_folder) / "registry.db");
+}
+
+TemporaryRegistry::~TemporaryRegistry() {
+  std::error_code error;
+  fs::remove_all(m_folder, error);
+}
+
 void UseLogLevel(const std::string& level) {
   if (!level.empty()) {
     SetEnvironment(kLogVariable, level);

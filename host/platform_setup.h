@@ -12,6 +12,18 @@ void UseDeviceProfile(const std::string& profile);
 // folder. Throws HostError if there is no folder to make it in.
 void UseRegistry(const std::string& file);
 
+// A registry in a temporary folder, in place of the user's own for as long as it lives.
+class TemporaryRegistry {
+ public:
+  TemporaryRegistry();  // throws HostError if there is no place for it
+  ~TemporaryRegistry();
+  TemporaryRegistry(const TemporaryRegistry&) = delete;
+  TemporaryRegistry& operator=(const TemporaryRegistry&) = delete;
+
+ private:
+  std::string m_folder;
+};
+
 // "info", "warning", "error" or "none"; empty for $QLOG_LEVEL, or else the log's own default.
 void UseLogLevel(const std::string& level);
 

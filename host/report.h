@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "KeyboardPage.h"
+#include "page_check.h"
 
 struct ModuleNames {
   std::string owner;
@@ -24,6 +25,7 @@ class Report {
   // What is stored now, after a choice was handed to the provider.
   virtual void Stored(const Setting& language, const Setting& type) = 0;
   virtual void Module(const ModuleNames& info) = 0;
+  virtual void Findings(const std::vector<Finding>& findings) = 0;
 };
 
 // Lines of aligned text on standard output.

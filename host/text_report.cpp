@@ -59,6 +59,13 @@ class TextReport : public Report {
                   {"main component", Printable(info.main_component)},
                   {"sub component", Printable(info.sub_component)}});
   }
+
+  void Findings(const std::vector<Finding>& findings) override {
+    for (const Finding& finding : findings) {
+      Print(Printable(finding.where + ": " + finding.item + " " + finding.problem + "; " +
+                      finding.remedy));
+    }
+  }
 };
 
 }  // namespace

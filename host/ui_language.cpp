@@ -14,6 +14,9 @@
 
 namespace fs = std::filesystem;
 
+// gettext's own count of changes: what it has looked up holds until it changes.
+extern "C" int _nl_msg_cat_cntr;
+
 namespace {
 
 fs::path CatalogueOf(const fs::path& folder) {
@@ -44,12 +47,22 @@ void UseUiLanguage(const std::string& locale) {
     throw HostError("the C library has no locale C.UTF-8");
   }
   setenv("LANGUAGE", locale.c_str(), 1);
+  ++_nl_msg_cat_cntr;
+}
+
+std::optional<std::string> FindCatalogue(const std::string& locale) {
+  const fs::path directory = bindtextdomain(kTextDomain, nullptr);
+  for (const std::string& name : {locale, locale.substr(0, locale.find('_'))}) {
+    if (HasCatalogue(directory / name)) {
+      return name;
+    }
+  }
+  return std::nullopt;
 }
 
 void CheckCatalogue(const std::string& locale) {
-  const fs::path directory = bindtextdomain(kTextDomain, nullptr);
-  const std::string language = locale.substr(0, locale.find('_'));
-  if (!HasCatalogue(directory / locale) && !HasCatalogue(directory / language)) {
+  if (!FindCatalogue(locale)) {
+    const fs::path directory = bindtextdomain(kTextDomain, nullptr);
     throw HostError("no catalogue for the language '" + locale + "' in " + directory.string() +
                     ". There are: " + Join(Catalogues(directory)) + ".");
   }

@@ -3,16 +3,23 @@
 #ifndef MENU_HOST_UI_LANGUAGE_H
 #define MENU_HOST_UI_LANGUAGE_H
 
+#include <optional>
 #include <string>
 
 // The provider's text domain, in which the host translates what the provider leaves to it.
 inline constexpr char kTextDomain[] = "lib-morvith-tv";
 
-// To be called before anything is translated. `locale` has the form "ko_KR".
+// In place of a locale: texts stay message ids.
+inline constexpr char kNoLanguage[] = "C";
+
+// What is translated from now on is in the language of `locale`, of the form "ko_KR".
 void UseUiLanguage(const std::string& locale);
 
-// Throws HostError unless the provider, which has bound the text domain, has a catalogue for
-// `locale`.
+// The name of the catalogue that the provider, which has bound the text domain, has for `locale`:
+// its own, or else its language's.
+std::optional<std::string> FindCatalogue(const std::string& locale);
+
+// Throws HostError if there is none.
 void CheckCatalogue(const std::string& locale);
 
 #endif

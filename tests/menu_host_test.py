@@ -2,6 +2,8 @@
 
 import json
 import os
+import resource
+import shutil
 import subprocess
 import tempfile
 import unicodedata
@@ -30,11 +32,11 @@ class MenuHostTest(unittest.TestCase):
         self.registry = f"{self.folder}/registry.db"
         self.environment = dict(os.environ)
 
-    def host(self, *arguments, device="global", status=0, stdout=subprocess.PIPE):
+    def host(self, *arguments, device="global", status=0, stdout=subprocess.PIPE, **options):
         command = [f"{STAGE}/usr/bin/menu_host", "--registry", self.registry,
                    "--device", profile(device), *arguments]
         done = subprocess.run(command, stdout=stdout, stderr=subprocess.PIPE, text=True,
-                              timeout=60, env=self.environment)
+                              timeout=60, env=self.environment, **options)
         self.assertEqual(done.returncode, status, (done.stdout, done.stderr))
         return done
 
@@ -134,6 +136,104 @@ class MenuHostTest(unittest.TestCase):
         for language in ("zh_TW", "zu_ZA"):
             self.assert_refused("--ui-language", language, says=[f"'{language}'", "ko, zh_HK."])
 
+    def check(self, ids, *arguments, changes=None, **options):
+        """A check of an installation in which files, by path, have other contents (None: none)."""
+        resources = f"{self.folder}/usr/share/lib-morvith-tv/res"
+        shutil.rmtree(resources, ignore_errors=True)
+        shutil.copytree(f"{STAGE}/usr/share/lib-morvith-tv/res", resources)
+        for path, contents in (changes or {}).items():
+            os.remove(f"{resources}/{path}")
+            if contents is not None:
+                with open(f"{resources}/{path}", "wb") as file:
+                    file.write(contents)
+        with open(f"{self.folder}/device.ini", "w", encoding="utf-8") as file:
+            file.write(f"[device]\nsystem_language_ids={ids}\n[custom_bool]\n"
+                       "com.velmora/featureconf/bt_profile_bt_smart_control=true\n")
+        self.environment.update(MORVITH_TEST_ROOT=self.folder, TMPDIR=f"{self.folder}/temporary")
+        os.makedirs(self.environment["TMPDIR"], exist_ok=True)
+        done = self.host("check", "--device", file.name, *arguments, **options)
+        self.assertEqual(os.listdir(self.environment["TMPDIR"]), [])
+        return done
+
+    def test_check_is_silent_over_a_good_page_and_leaves_the_registry_alone(self):
+        self.host("set", "language", "ko_KR")
+        self.host("set", "type", "ko_KR.us_intl_ibm103i")
+        before = self.document()
+        done = self.check("0;1;17;11;12;38")
+        self.assertEqual((done.stdout, done.stderr), ("", ""))
+        self.assertEqual(json.loads(self.check("0;200", "--json").stdout), {"findings": []})
+        self.assertEqual(self.document(), before)
+
+    def test_check_finds_what_would_trip_a_viewer_up(self):
+        def korean(old, new):
+            with open(f"{STAGE}/usr/share/lib-morvith-tv/res/{ko}", "rb") as file:
+                catalogue = file.read()
+            self.assertIn(old, catalogue)
+            return {ko: catalogue.replace(old, new.ljust(len(old), b"\0"))}
+
+        def types(*keyboards):
+            return {"config/hw_kbd_lang_config.json": json.dumps({
+                "keyboard_name_map": [{"name": name, "display_name": text}
+                                      for name, text in keyboards if text is not None],
+                "lang_local_keyboard_type_table": [
+                    {"lang_local": "en_US", "keyboard_types": [name for name, _ in keyboards]}],
+            }).encode()}
+
+        ko, german, edje = ("locale/ko/LC_MESSAGES/lib-morvith-tv.mo", "독일어".encode(),
+                            "edje/help_morvith.edj")
+        image = f"page: help image '/usr/share/lib-morvith-tv/res/{edje}' "
+        text = "interface ko_KR: text 'SID_SETUP_LANGUAGE_GERMAN' "
+        one = "keyboard en_US: type 'en_US.a' "
+        long_id = "n" * 300
+        cut = f"en_US.{long_id}"[:254]
+        long = " of 254 bytes, where a longer one is cut; shorten its "
+        own = "give each a display_name of its own and list it once"
+        for ids, changes, lines in (
+                ("1", {edje: None}, [image + "cannot be read; install it anew"]),
+                ("1", {edje: b""}, [image + "is empty; install it anew"]),
+                ("1", {ko.replace("ko", "en"): None},
+                 ["interface en_US: page is not translated at all; "
+                  "add the catalogue 'en_US', or one of its language"]),
+                ("0;1", {ko: b""}, ["interface ko_KR: page is not translated at all; "
+                                    "replace the catalogue 'ko'"]),
+                ("0;1;12", korean(b"LANGUAGE_GERMAN", b"LANGUAGE_GERMAX"),
+                 [text + "is not translated; add its msgstr to the catalogue 'ko'"]),
+                ("0;12", korean(b"TV_KEYBOARD_TYPE", b"TV_KEYBOARD_TYPO"),
+                 ["interface ko_KR: text 'COM_TV_KEYBOARD_TYPE' is not translated; "
+                  "add its msgstr to the catalogue 'ko'"]),
+                ("0;12", korean(german, b"\xff"),
+                 [text + "is not UTF-8; correct its msgstr in the catalogue 'ko'"]),
+                ("0;1;12", korean(german, "영어".encode()),
+                 [text + "reads '영어', as 'SID_SETUP_LANGUAGE_ENGLISH' does; "
+                         "tell them apart in the catalogue 'ko'"]),
+                ("1", types(), ["keyboard en_US: type list has no choices; "
+                                "add keyboard_types for 'en_US'"]),
+                ("1", types(("a", None)), [one + "is shown as its id; give it a display_name"]),
+                ("1", types(("a", "")), [one + "shows no text; give it a display_name"]),
+                ("1", types(("a", "\ud800x")),
+                 [one + "has a text that is not UTF-8; correct its display_name"]),
+                ("1", types(("a", "x" * 253 + "é")), [one + "has a text" + long + "display_name"]),
+                ("1", types(("b", "B"), (long_id, "N")),
+                 [f"keyboard en_US: type '{cut}' has a value{long}id"]),
+                ("1", types((long_id, "N")),
+                 [f"keyboard en_US: type list begins with '{cut}' where 'en_US.{long_id}' "
+                  "was stored; the two must be the same",
+                  f"keyboard en_US: type '{cut}' has a value{long}id"]),
+                ("1", types(("b", "B"), ("a", "B")),
+                 [one + f"reads 'B', as 'en_US.b' does; {own}"])):
+            with self.subTest(lines):
+                done = self.check(ids, changes=changes, status=1)
+                self.assertEqual(done.stdout.splitlines(), lines)
+                self.assertEqual(done.stderr, f"menu_host: findings: {len(lines)}\n")
+
+    def test_check_finds_a_choice_that_is_not_stored(self):
+        done = self.check("1", "--json", status=1, restore_signals=False, preexec_fn=lambda:
+                          resource.setrlimit(resource.RLIMIT_FSIZE, (0, 0)))
+        self.assertEqual(json.loads(done.stdout)["findings"], [
+            {"where": "keyboard en_US", "item": "language 'en_US'", "problem": "is not stored",
+             "remedy": "see what the log says"}])
+        self.assertIn("KVREG", done.stderr)
+
     def test_says_what_was_wrong_and_what_would_have_been_right(self):
         self.assert_refused("--plugin", "/nowhere.so", says=["/nowhere.so", "--plugin"])
         self.assert_refused("--plugin", f"{LIBRARIES}/libqlog.so.0",
@@ -151,6 +251,8 @@ class MenuHostTest(unittest.TestCase):
         self.assert_refused("list", "type", says=["set language"])
         self.assert_refused("set", "language", "xx_XX", says=["'xx_XX'", "ko_KR, en_US", "--force"])
         self.assertIsNone(self.document()["language"]["value"])
+        self.environment["TMPDIR"] = "/nowhere"
+        self.assert_refused("check", says=["'/nowhere'", "TMPDIR"])
 
     def test_force_hands_over_any_value_and_shows_what_became_of_it(self):
         done = self.host("set", "language", "xx_XX", "--force")
