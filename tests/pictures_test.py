@@ -25,7 +25,7 @@ class PicturesTest(unittest.TestCase):
         folder = tempfile.TemporaryDirectory()
         cls.addClassCleanup(folder.cleanup)
         cls.rebuilt = f"{folder.name}/res"
-        env = {**os.environ, "HOME": "/nonexistent"}
+        env = {**os.environ, "HOME": "/dev/null"}
         output("cmake", "-S", SOURCE, "-B", folder.name, env=env)
         output("cmake", "--build", folder.name, "--target", "resources", env=env)
         cls.env = {**os.environ, "HOME": folder.name}  # EFL's tools keep caches there
