@@ -1,6 +1,7 @@
 """xkb-data: the layouts, variants and models that its rules list, and the keymaps they make."""
 
 import ctypes
+import functools
 import os
 import pathlib
 import re
@@ -46,6 +47,7 @@ class XkbData:
         if model not in self.models:
             yield f"model '{model}'"
 
+    @functools.cache
     def symbols(self, layout, variant, model):
         """The symbols of each key as text, equal for equal keymaps; None if it does not compile."""
         names = RuleNames(*(name.encode() for name in (self.RULES, model, layout, variant, "")))
