@@ -43,6 +43,8 @@ bool Is(const char* setting, const std::string& value) {
   return found != Platform().settings.end() && found->second == value;
 }
 
+bool IsUnusable(const char* key) { return Is("unusable", key) || Is("unusable", "all"); }
+
 }  // namespace
 
 FakePlatform& Platform() {
@@ -96,12 +98,12 @@ char* kvreg_get_str(const char* key) {
   const NoRefusals fake_is_exempt;
   const auto& registry = Platform().registry;
   const auto found = registry.find(key);
-  return found == registry.end() || Is("unusable", key) ? nullptr : strdup(found->second.c_str());
+  return found == registry.end() || IsUnusable(key) ? nullptr : strdup(found->second.c_str());
 }
 
 int kvreg_set_str(const char* key, const char* value) {
   const NoRefusals fake_is_exempt;
-  if (Is("unusable", key)) {
+  if (IsUnusable(key)) {
     return -1;
   }
   Platform().registry[key] = value;
@@ -114,6 +116,7 @@ int devinfo_get_value_int_array(int key, devinfo_int_array* out) {
   EXPECT_TRUE(out->count == 0 && out->values == nullptr) << "the record was not zeroed";
   ++Platform().language_requests;
   if (Is("languages", "fail")) {
+    *out = {3, reinterpret_cast<int*>(out)};  // the values of a failure are not to be trusted
     return 7;
   }
   std::istringstream numbers(Platform().settings["languages"]);
@@ -128,7 +131,7 @@ int devinfo_get_value_int_array(int key, devinfo_int_array* out) {
 
 int devinfo_get_custom_bool(const char* key, bool* value) {
   EXPECT_STREQ(key, "com.velmora/featureconf/bt_profile_bt_smart_control");
-  *value = !Is("bluetooth", "no");  // the value of a failure is not to be trusted
+  *value = !Is("bluetooth", "no");  // nor is this
   return Is("bluetooth", "fail") ? -1 : 0;
 }
 
