@@ -1,9 +1,11 @@
 // What takes more than a conversation: the table itself, raw lists, texts too long to write down,
 // and files that are no JSON at all.
+#include <barrier>
 #include <cstdlib>
 #include <cstring>
 #include <set>
 #include <sstream>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -170,5 +172,50 @@ TEST(Provider, SurvivesDamageAnywhereAndReportsWhatIsNoText) {
     EXPECT_TRUE(Types(damaged).rfind("E LoadKeyboardConfig: Unable", 0) == 0 ||
                 i % damages.size() > 1)
         << i;
+  }
+}
+
+TEST(Provider, ServesThreadsThatAskAtOnceAndReadsTheDeviceOnce) {
+  const std::string orders[] = {"get_list_items type",       "get_list_items language",
+                                "set_string language ko_KR", "get_display_name type",
+                                "get_help_text page",        "get_string language",
+                                "get_help_image_path page",  "get_module_info provider/owner"};
+  const auto prepare = [](Conversation& conversation) {
+    conversation.Say("ui-language de_DE");
+    conversation.Say("stored language ko_KR");
+    InstallKeyboardConfig(R"({"keyboard_name_map": [0], "lang_local_keyboard_type_table": [)"
+                          R"({"lang_local": "ko_KR", "keyboard_types": ["a", "b"]}]})");
+    conversation.Say("get_module_info");  // loads it
+  };
+  std::vector<std::string> expected;
+  {
+    Conversation alone;
+    prepare(alone);
+    for (const std::string& order : orders) {
+      expected.push_back(alone.Ask(order));
+    }
+  }
+  for (int round = 0; round < 50; ++round) {
+    constexpr int kThreads = 16;
+    Conversation conversation;
+    prepare(conversation);
+    std::barrier start(kThreads);
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < kThreads; ++thread) {
+      threads.emplace_back([&, thread] {
+        start.arrive_and_wait();
+        for (std::size_t i = 0; i < std::size(orders); ++i) {
+          const std::size_t turn = (i + thread) % std::size(orders);
+          EXPECT_EQ(conversation.Ask(orders[turn]), expected[turn]);
+        }
+      });
+    }
+    for (std::thread& thread : threads) {
+      thread.join();
+    }
+    EXPECT_EQ(Platform().language_requests, 1);
+    const std::string& log = Platform().log;
+    const std::size_t skipped = log.find("keyboard_name_map[0] skipped");
+    EXPECT_TRUE(skipped != std::string::npos && log.find("[0] skipped", skipped + 20) == log.npos);
   }
 }
