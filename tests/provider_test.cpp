@@ -196,12 +196,12 @@ TEST(Provider, ServesThreadsThatAskAtOnceAndReadsTheDeviceOnce) {
     }
   }
   for (int round = 0; round < 50; ++round) {
-    constexpr int kThreads = 16;
+    constexpr std::size_t kThreads = 16;
     Conversation conversation;
     prepare(conversation);
     std::barrier start(kThreads);
     std::vector<std::thread> threads;
-    for (int thread = 0; thread < kThreads; ++thread) {
+    for (std::size_t thread = 0; thread < kThreads; ++thread) {
       threads.emplace_back([&, thread] {
         start.arrive_and_wait();
         for (std::size_t i = 0; i < std::size(orders); ++i) {
