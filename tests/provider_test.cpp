@@ -82,10 +82,16 @@ TEST(Provider, FillsItsFourteenSlotsAndLoadsNothing) {
     void* second = nullptr;
     EXPECT_TRUE(plugin.create_provider(&second) == 0 && second != plugin.cbs);
     EXPECT_EQ(plugin.delete_provider(&second), 0);
+    second = nullptr;
+    EXPECT_EQ(plugin.delete_provider(&second), 0);
     EXPECT_EQ(plugin.delete_provider(nullptr), 1);
+    char* owner = nullptr;
+    plugin.cbs->get_module_info("provider/owner", &owner);
+    EXPECT_STREQ(owner, "rask.ovnel");  // the other table still works
+    plugin.cbs->release_string(owner);
   }
   EXPECT_EQ(Platform().log, Repeated("I create_provider: QEL menuitem provider init\n", 2) +
-                                Repeated("I delete_provider: QEL menuitem provider fini\n", 3));
+                                Repeated("I delete_provider: QEL menuitem provider fini\n", 4));
   EXPECT_EQ(Platform().language_requests, 0);
 }
 
@@ -108,17 +114,22 @@ TEST(Provider, TakesNullsAndHolesAndLeavesIntegersAlone) {
   EXPECT_EQ(cbs.release_string(nullptr), 1);
   EXPECT_EQ(LiveBlocks(), before);
 
-  char* text = nullptr;
+  void* item[2] = {};
   int value = 42;
-  void* none = nullptr;
-  EXPECT_EQ(cbs.get_list_item_display_value(nullptr, &text), 0);
-  EXPECT_EQ(cbs.get_list_item_string_value(nullptr, nullptr), 0);
+  for (const auto get : {cbs.get_list_item_display_value, cbs.get_list_item_string_value}) {
+    EXPECT_EQ(get(nullptr, nullptr) + get(item, nullptr), 0);
+    for (void* empty : {static_cast<void*>(nullptr), static_cast<void*>(item)}) {
+      char none = 0;
+      char* text = &none;
+      EXPECT_EQ(get(empty, &text), 0);
+      EXPECT_EQ(text, nullptr);
+    }
+  }
   EXPECT_EQ(cbs.get_list_items(kLanguageKey, nullptr), nullptr);
   EXPECT_EQ(cbs.set_int(kLanguageKey, 1) + cbs.get_int(kLanguageKey, &value), 0);
   EXPECT_EQ(cbs.get_list_item_int_value(nullptr, &value), 0);
   EXPECT_EQ(value, 42);
   EXPECT_EQ(plugin.create_provider(nullptr), 1);
-  EXPECT_EQ(plugin.delete_provider(&none), 0);
 }
 
 TEST(Provider, SpeaksTheLanguageOfEveryLocale) {
