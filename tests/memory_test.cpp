@@ -176,7 +176,7 @@ TEST_F(Memory, StaysFlatOverLoadsAndUnloads) {
   const Footprint last = Measure();
   EXPECT_EQ(last.blocks, warm.blocks);
   EXPECT_EQ(last.descriptors, warm.descriptors);
-  if (last.blocks > 0) {  // the address sanitizer holds on to what is freed
+  if (given == nullptr) {  // with fewer there is a sanitizer or valgrind, which keeps what is freed
     EXPECT_LE(last.resident_pages, warm.resident_pages + 16) << "of " << warm.resident_pages;
   }
 }
