@@ -69,13 +69,11 @@ class CheckTextsTest(unittest.TestCase):
             self.assertIn(f"{stem}.po: {says}", done.stderr)
 
     def test_misses_the_catalogue_of_a_locale(self):
-        shutil.copytree(f"{SOURCE}/scripts", f"{self.folder}/scripts")
-        for file in ("src/LanguageConfigManager.cpp", "res/locale/lib-morvith-tv.pot",
-                     "res/locale/zh.po", "res/locale/zh_HK.po"):
-            os.makedirs(os.path.dirname(f"{self.folder}/{file}"), exist_ok=True)
-            shutil.copy(f"{SOURCE}/{file}", f"{self.folder}/{file}")
+        for folder in ("scripts", "src", "res/locale"):
+            shutil.copytree(f"{SOURCE}/{folder}", f"{self.folder}/{folder}",
+                            ignore=shutil.ignore_patterns("[a-y]*.po"))
         said = check(source=self.folder).stderr
-        self.assertEqual((said.count("no catalogue"), said.count("zh")), (61 - 3, 0), said)
+        self.assertEqual((said.count("no catalogue"), said.count(" zh")), (61 - 4, 0), said)
 
     def test_shows_all_findings_of_all_files(self):
         template = self.changed(f'"{LANGUAGE}"', f'"{LANGUAGE}', "lib-morvith-tv.pot",

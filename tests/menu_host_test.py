@@ -181,7 +181,6 @@ class MenuHostTest(unittest.TestCase):
 
         ko, german, edje = ("locale/ko/LC_MESSAGES/lib-morvith-tv.mo", "독일어".encode(),
                             "edje/help_morvith.edj")
-        help_text = "키보드의 종류를 설정합니다.".encode()
         image = f"page: help image '/usr/share/lib-morvith-tv/res/{edje}' "
         text = "interface ko_KR: text 'SID_SETUP_LANGUAGE_GERMAN' "
         one = "keyboard en_US: type 'en_US.a' "
@@ -206,7 +205,7 @@ class MenuHostTest(unittest.TestCase):
                  [text + "is not UTF-8; correct its msgstr in the catalogue 'ko'"]),
                 ("0;12", korean(german, "\u3000".encode()),
                  [text + "is blank; correct its msgstr in the catalogue 'ko'"]),
-                ("0;12", korean(help_text, b"SID_SETUP_LANGUAGE_KOREAN"),
+                ("0;12", korean("키보드의 종류를 설정합니다.".encode(), b"SID_SETUP_LANGUAGE_KOREAN"),
                  ["interface ko_KR: text 'COM_SID_SETTINGS_GNP_CEJUL_SET_KEYBOARD_TYPE' is not "
                   "translated; add its msgstr to the catalogue 'ko'"]),
                 ("0;1;12", korean(german, "영어".encode()),
