@@ -177,7 +177,7 @@ class PageCheck {
     CheckAlike("text ", languages, "tell them apart in " + catalogue);
   }
 
-  bool IsTranslated(const Shown& shown) const { return m_known_ids.count(shown.text) == 0; }
+  bool IsTranslated(const Shown& shown) const { return !m_known_ids.contains(shown.text); }
 
   std::vector<Shown> PageTexts() const {
     const std::vector<std::string> texts = m_page.ReadTexts();
