@@ -24,6 +24,16 @@ bool IsUtf8(const std::string& text) {
   return g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr) != FALSE;
 }
 
+// Whether a text, in UTF-8, has nothing to see.
+bool IsBlank(const std::string& text) {
+  for (const char* c = text.c_str(); *c != '\0'; c = g_utf8_next_char(c)) {
+    if (g_unichar_isgraph(g_utf8_get_char(c)) != FALSE) {
+      return false;
+    }
+  }
+  return true;
+}
+
 // Null where the file cannot be read.
 std::optional<std::size_t> ReadableLength(const std::string& path) {
   gchar* contents = nullptr;
@@ -39,6 +49,10 @@ class PageCheck {
     UseUiLanguage(kNoLanguage);
     m_ids = page.ReadTexts();
     m_languages = page.ReadChoices(SettingId::kLanguage);
+    m_known_ids.insert(m_ids.begin(), m_ids.end());
+    for (const Choice& language : m_languages) {
+      m_known_ids.insert(language.text);
+    }
   }
 
   std::vector<Finding> Run() {
@@ -46,6 +60,7 @@ class PageCheck {
     for (const Choice& language : m_languages) {
       CheckKeyboard(language.value);
     }
+    ReportWithoutTypes();
     for (const Choice& language : m_languages) {
       CheckInterface(language.value);
     }
@@ -73,7 +88,7 @@ class PageCheck {
     }
     const std::vector<Choice> types = m_page.ReadChoices(SettingId::kType);
     if (types.empty()) {
-      Add("type list", "has no choices", "add keyboard_types for " + Quoted(locale));
+      m_without_types.push_back(locale);
       return;
     }
     CheckFirstType(types.front().value);
@@ -83,6 +98,19 @@ class PageCheck {
       shown.push_back({type.value, type.text});
     }
     CheckAlike("type ", shown, "give each a display_name of its own and list it once");
+  }
+
+  void ReportWithoutTypes() {
+    if (m_without_types.size() == m_languages.size()) {
+      m_where = "page";
+      Add("type list", "has no choices in any language",
+          "install the keyboard configuration anew, or correct it");
+      return;
+    }
+    for (const std::string& locale : m_without_types) {
+      m_where = "keyboard " + locale;
+      Add("type list", "has no choices", "add keyboard_types for " + Quoted(locale));
+    }
   }
 
   // Stores `value`, and returns whether it comes back as it was.
@@ -113,12 +141,12 @@ class PageCheck {
     }
     if (type.text.size() == kCutLength) {
       Add(item, "has a text" + cut, "shorten its display_name");
-    } else if (type.text.empty()) {
+    } else if (!IsUtf8(type.text)) {
+      Add(item, "has a text that is not UTF-8", "correct its display_name");
+    } else if (IsBlank(type.text)) {
       Add(item, "shows no text", "give it a display_name");
     } else if (type.value == locale + "." + type.text) {
       Add(item, "is shown as its id", "give it a display_name");
-    } else if (!IsUtf8(type.text)) {
-      Add(item, "has a text that is not UTF-8", "correct its display_name");
     }
     CheckStored(SettingId::kType, type.value);
   }
@@ -131,7 +159,8 @@ class PageCheck {
     const std::vector<Shown> languages = LanguageNames();
     std::vector<Shown> texts = PageTexts();
     texts.insert(texts.end(), languages.begin(), languages.end());
-    if (std::none_of(texts.begin(), texts.end(), IsTranslated)) {
+    if (std::none_of(texts.begin(), texts.end(),
+                     [this](const Shown& shown) { return IsTranslated(shown); })) {
       Add("page", "is not translated at all",
           found ? "replace " + catalogue : "add " + catalogue + ", or one of its language");
       return;
@@ -141,12 +170,14 @@ class PageCheck {
         Add("text " + Quoted(shown.item), "is not translated", "add its msgstr to " + catalogue);
       } else if (!IsUtf8(shown.text)) {
         Add("text " + Quoted(shown.item), "is not UTF-8", "correct its msgstr in " + catalogue);
+      } else if (IsBlank(shown.text)) {
+        Add("text " + Quoted(shown.item), "is blank", "correct its msgstr in " + catalogue);
       }
     }
     CheckAlike("text ", languages, "tell them apart in " + catalogue);
   }
 
-  static bool IsTranslated(const Shown& shown) { return shown.text != shown.item; }
+  bool IsTranslated(const Shown& shown) const { return !m_known_ids.contains(shown.text); }
 
   std::vector<Shown> PageTexts() const {
     const std::vector<std::string> texts = m_page.ReadTexts();
@@ -185,6 +216,8 @@ class PageCheck {
   const KeyboardPage& m_page;
   std::vector<std::string> m_ids;   // message ids of the page's texts
   std::vector<Choice> m_languages;  // with message ids for texts
+  std::set<std::string> m_known_ids;
+  std::vector<std::string> m_without_types;  // locales
   std::string m_where;
   std::vector<Finding> m_findings;
 };

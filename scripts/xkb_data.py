@@ -24,14 +24,16 @@ class XkbData:
         self.models, self.variants = set(), {}
         for listing in (f"{self.RULES}.xml", f"{self.RULES}.extras.xml"):
             rules = xml.etree.ElementTree.parse(root / "rules" / listing)
-            self.models |= {model.text for model in rules.iterfind("modelList/model/configItem/name")}
+            models = rules.iterfind("modelList/model/configItem/name")
+            self.models |= {model.text for model in models}
             for layout in rules.iterfind("layoutList/layout"):
                 variants = self.variants.setdefault(layout.findtext("configItem/name"), set())
-                variants |= {name.text for name in layout.iterfind("variantList/variant/configItem/name")}
+                names = layout.iterfind("variantList/variant/configItem/name")
+                variants |= {name.text for name in names}
 
         self._library = ctypes.CDLL("libxkbcommon.so.0")
-        for function in ("xkb_context_new", "xkb_keymap_new_from_names", "xkb_keymap_get_as_string"):
-            getattr(self._library, function).restype = ctypes.c_void_p
+        for function in ("context_new", "keymap_new_from_names", "keymap_get_as_string"):
+            getattr(self._library, f"xkb_{function}").restype = ctypes.c_void_p
         self._context = ctypes.c_void_p(self._library.xkb_context_new(
             self.NO_DEFAULT_INCLUDES | self.NO_ENVIRONMENT_NAMES))
         self._library.xkb_context_set_log_level(self._context, self.LOG_LEVEL_CRITICAL)
@@ -41,11 +43,11 @@ class XkbData:
     def unlisted(self, layout, variant, model):
         """What the rules do not list, as "layout 'xx'": libxkbcommon itself takes any model."""
         if layout not in self.variants:
-            yield f"layout '{layout}'"
+            yield f"layout {layout!r}"
         elif variant and variant not in self.variants[layout]:
-            yield f"variant '{variant}' of layout '{layout}'"
+            yield f"variant {variant!r} of layout {layout!r}"
         if model not in self.models:
-            yield f"model '{model}'"
+            yield f"model {model!r}"
 
     @functools.cache
     def symbols(self, layout, variant, model):

@@ -1,6 +1,7 @@
 """The gate for catalogues: what it refuses, and that it takes what is shipped."""
 
 import os
+import shutil
 import subprocess
 import tempfile
 import unittest
@@ -10,8 +11,8 @@ LANGUAGE = "COM_TV_KEYBOARD_LANGUAGE"
 GOOD = '"키보드 언어"'
 
 
-def check(*files):
-    return subprocess.run([f"{SOURCE}/scripts/check-texts", *files], stderr=subprocess.PIPE,
+def check(*files, source=SOURCE):
+    return subprocess.run([f"{source}/scripts/check-texts", *files], stderr=subprocess.PIPE,
                           text=True, timeout=120, check=False)
 
 
@@ -32,7 +33,7 @@ class CheckTextsTest(unittest.TestCase):
     def test_takes_what_is_shipped(self):
         done = check()
         self.assertEqual((done.returncode, done.stderr), (0, ""))
-        done = check(self.changed(GOOD, f'"{84 * "글"}\\"n"'))  # 254 bytes
+        done = check(self.changed(GOOD, f'"{84 * "글"}\\""'))  # 253 bytes
         self.assertEqual((done.returncode, done.stderr), (0, ""))
 
     def test_refuses_each_fault_by_file_and_message(self):
@@ -48,7 +49,11 @@ class CheckTextsTest(unittest.TestCase):
                 (GOOD, GOOD + '\n\n#~ msgid "OLD"\n#~ msgstr "옛"', "OLD", "no-obsolete"),
                 (GOOD, '"키보드\u0080 언어"', LANGUAGE, "i18nspector"),
                 ("Language: ko", "Language: de", "header", "Language: ko"),
-                (GOOD, f'"{85 * "글"}"', LANGUAGE, "254")):
+                (GOOD, f'"{84 * "글"}.."', LANGUAGE, "253"),
+                (GOOD, '"키보드 언어 "', LANGUAGE, "a blank at an end"),
+                (GOOD, '"키보드\\t언어"', LANGUAGE, "U+0009"),
+                (GOOD, '"SID_SETUP_LANGUAGE_GERMAN"', LANGUAGE, "a message id"),
+                ('"독일어"', '"영어"', "SID_SETUP_LANGUAGE_GERMAN", "languages apart")):
             with self.subTest(new):
                 done = check(self.changed(old, new))
                 self.assertEqual(done.returncode, 1)
@@ -62,6 +67,13 @@ class CheckTextsTest(unittest.TestCase):
             done = check(self.changed("Language: ko", f"Language: {stem}", f"{stem}.po"))
             self.assertEqual(done.returncode, 1)
             self.assertIn(f"{stem}.po: {says}", done.stderr)
+
+    def test_misses_the_catalogue_of_a_locale(self):
+        for folder in ("scripts", "src", "res/locale"):
+            shutil.copytree(f"{SOURCE}/{folder}", f"{self.folder}/{folder}",
+                            ignore=shutil.ignore_patterns("[a-y]*.po"))
+        said = check(source=self.folder).stderr
+        self.assertEqual((said.count("no catalogue"), said.count(" zh")), (61 - 4, 0), said)
 
     def test_shows_all_findings_of_all_files(self):
         template = self.changed(f'"{LANGUAGE}"', f'"{LANGUAGE}', "lib-morvith-tv.pot",

@@ -37,10 +37,11 @@ class InstallationTest(unittest.TestCase):
                 used |= set(re.findall(r'"((?:COM_|SID_|IDS_|TV_)\w+)"', code.read()))
         self.assertEqual(used, known)
 
-    def test_every_locale_offers_the_type_that_the_library_falls_back_to(self):
+    def test_every_locale_offers_the_type_that_the_library_falls_back_to_first_or_last(self):
         with open(f"{RESOURCES}/config/hw_kbd_lang_config.json", encoding="utf-8") as file:
             for row in json.load(file)["lang_local_keyboard_type_table"]:
-                self.assertIn("us_intl_ibm103i", row["keyboard_types"], row)
+                types = row["keyboard_types"]
+                self.assertIn("us_intl_ibm103i", (types[0], types[-1]), row)
 
 
 if __name__ == "__main__":

@@ -159,7 +159,7 @@ class MenuHostTest(unittest.TestCase):
         self.host("set", "language", "ko_KR")
         self.host("set", "type", "ko_KR.us_intl_ibm103i")
         before = self.document()
-        done = self.check("0;1;17;11;12;38")
+        done = self.host("check")
         self.assertEqual((done.stdout, done.stderr), ("", ""))
         self.assertEqual(json.loads(self.check("0;200", "--json").stdout), {"findings": []})
         self.assertEqual(self.document(), before)
@@ -203,13 +203,20 @@ class MenuHostTest(unittest.TestCase):
                   "add its msgstr to the catalogue 'ko'"]),
                 ("0;12", korean(german, b"\xff"),
                  [text + "is not UTF-8; correct its msgstr in the catalogue 'ko'"]),
+                ("0;12", korean(german, "\u3000".encode()),
+                 [text + "is blank; correct its msgstr in the catalogue 'ko'"]),
+                ("0;12", korean("키보드의 종류를 설정합니다.".encode(), b"SID_SETUP_LANGUAGE_KOREAN"),
+                 ["interface ko_KR: text 'COM_SID_SETTINGS_GNP_CEJUL_SET_KEYBOARD_TYPE' is not "
+                  "translated; add its msgstr to the catalogue 'ko'"]),
                 ("0;1;12", korean(german, "영어".encode()),
                  [text + "reads '영어', as 'SID_SETUP_LANGUAGE_ENGLISH' does; "
                          "tell them apart in the catalogue 'ko'"]),
-                ("1", types(), ["keyboard en_US: type list has no choices; "
-                                "add keyboard_types for 'en_US'"]),
+                ("0;1", types(("a", "A")), ["keyboard ko_KR: type list has no choices; "
+                                            "add keyboard_types for 'ko_KR'"]),
+                ("0;1", types(), ["page: type list has no choices in any language; "
+                                  "install the keyboard configuration anew, or correct it"]),
                 ("1", types(("a", None)), [one + "is shown as its id; give it a display_name"]),
-                ("1", types(("a", "")), [one + "shows no text; give it a display_name"]),
+                ("1", types(("a", "\u3000")), [one + "shows no text; give it a display_name"]),
                 ("1", types(("a", "\ud800x")),
                  [one + "has a text that is not UTF-8; correct its display_name"]),
                 ("1", types(("a", "x" * 253 + "é")), [one + "has a text" + long + "display_name"]),
