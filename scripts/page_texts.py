@@ -4,8 +4,8 @@ import pathlib
 import re
 
 LANGUAGE_TABLE = pathlib.Path(__file__).resolve().parent.parent / "src/LanguageConfigManager.cpp"
-LONGEST_TEXT = 253  # bytes: the library cuts a type's after 254, and one of 254 may have been cut
-JOINERS = "\u200c\u200d"  # Persian and Indian scripts need them within words
+LONGEST_TEXT = 254  # bytes: what is longer the library cuts, or does not fit a menu
+INVISIBLE = "\u200c\u200d\u00a0\u202f"  # joiners within words, and the spaces that do not break
 
 
 def languages():
@@ -16,7 +16,7 @@ def languages():
     return rows
 
 
-def faults(text, invisible=JOINERS):
+def faults(text, invisible=INVISIBLE):
     """What is wrong with a text that a viewer reads, and what to do, in pairs of at most one."""
     hidden = next((c for c in text if not c.isprintable() and c not in invisible), None)
     if hidden:

@@ -33,7 +33,7 @@ class CheckTextsTest(unittest.TestCase):
     def test_takes_what_is_shipped(self):
         done = check()
         self.assertEqual((done.returncode, done.stderr), (0, ""))
-        done = check(self.changed(GOOD, f'"{84 * "글"}\\""'))  # 253 bytes
+        done = check(self.changed(GOOD, f'"{84 * "글"}.\\""'))  # 254 bytes
         self.assertEqual((done.returncode, done.stderr), (0, ""))
 
     def test_refuses_each_fault_by_file_and_message(self):
@@ -49,7 +49,7 @@ class CheckTextsTest(unittest.TestCase):
                 (GOOD, GOOD + '\n\n#~ msgid "OLD"\n#~ msgstr "옛"', "OLD", "no-obsolete"),
                 (GOOD, '"키보드\u0080 언어"', LANGUAGE, "i18nspector"),
                 ("Language: ko", "Language: de", "header", "Language: ko"),
-                (GOOD, f'"{84 * "글"}.."', LANGUAGE, "253"),
+                (GOOD, f'"{84 * "글"}..."', LANGUAGE, "254"),
                 (GOOD, '"키보드 언어 "', LANGUAGE, "a blank at an end"),
                 (GOOD, '"키보드\\t언어"', LANGUAGE, "U+0009"),
                 (GOOD, '"SID_SETUP_LANGUAGE_GERMAN"', LANGUAGE, "a message id"),

@@ -28,7 +28,7 @@ class PackageTest(unittest.TestCase):
         files = set()
         for line in dpkg_deb("--contents").splitlines():
             mode, owner, *_, path = line.split()
-            path = re.sub("^usr/lib/[^/]+-linux-gnu/", "usr/lib/<triplet>/", path.removeprefix("./"))
+            path = re.sub("^usr/lib/[^/]+/", "usr/lib/<triplet>/", path.removeprefix("./"))
             self.assertEqual((mode, owner), ("drwxr-xr-x" if path.endswith("/") else "-rw-r--r--",
                                              "root/root"), path)
             files |= set() if path.endswith("/") else {path}
@@ -36,7 +36,8 @@ class PackageTest(unittest.TestCase):
                      for po in glob.glob(f"{SOURCE}/res/locale/*.po")]
         self.assertEqual(len(languages), 61)
         self.assertEqual(files, FILES | {
-            f"{RESOURCES}/locale/{language}/LC_MESSAGES/lib-morvith-tv.mo" for language in languages})
+            f"{RESOURCES}/locale/{language}/LC_MESSAGES/lib-morvith-tv.mo"
+            for language in languages})
 
     def test_takes_less_than_a_megabyte(self):
         kibibytes = int(dpkg_deb("--field", "Installed-Size"))
