@@ -154,6 +154,7 @@ TEST(Memory, FailsTheRequestLeaksNothingAndAnswersTheNext) {
 TEST(Memory, StaysFlatOverLoadsAndUnloads) {
   const char* given = std::getenv("LOAD_CYCLES");
   const int cycles = given == nullptr ? 10'000 : std::atoi(given);
+  Conversation().Say("ui-language de_DE");
   Footprint warm = {};
   for (int cycle = 0; cycle < cycles; ++cycle) {
     {
