@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include <gtest/gtest.h>
+#include <libintl.h>
 
 #include "conversation.h"
 #include "failing_allocator.h"
@@ -58,9 +59,14 @@ Answer Store(const Plugin& plugin, const char* key, const char* value, const Reg
 }
 
 Answer Create(const Plugin& plugin) {
+  {
+    const NoRefusals exempt;
+    bindtextdomain("lib-morvith-tv", "/");  // binding it again takes memory
+  }
   void* handle = &handle;
   const int result = plugin.create_provider(&handle);
-  const Answer answer = result == 0 && handle != nullptr   ? kInFull
+  const bool bound = std::strcmp(bindtextdomain("lib-morvith-tv", nullptr), "/") != 0;
+  const Answer answer = result == 0 && handle != nullptr   ? bound ? kInFull : kNothing
                         : result == 1 && handle == nullptr ? kNothing
                                                            : kInPart;
   plugin.delete_provider(&handle);
