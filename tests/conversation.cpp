@@ -49,7 +49,7 @@ std::string Conversation::Say(const std::string& order) {
     m_plugin = std::make_unique<Plugin>();
     Platform().log.clear();
   }
-  const std::string answer = Request(command, rest);
+  const std::string answer = Ask(order);
   return std::exchange(Platform().log, "") + answer;
 }
 
@@ -72,7 +72,8 @@ bool Conversation::SetUp(const std::string& command, const std::string& rest) {
   return true;
 }
 
-std::string Conversation::Request(const std::string& command, const std::string& rest) const {
+std::string Conversation::Ask(const std::string& order) const {
+  const auto [command, rest] = SplitWord(order);
   const data_provider_cbs& cbs = *m_plugin->cbs;
   const std::map<std::string, int (*)(const char*, char**)> kStringCallbacks = {
       {"get_module_info", cbs.get_module_info},

@@ -16,9 +16,11 @@ class Conversation {
   // answered. Orders to the platform have no answer.
   std::string Say(const std::string& order);
 
+  // The answer alone to a request, of a plug-in that is loaded: for threads that ask at once.
+  std::string Ask(const std::string& order) const;
+
  private:
   bool SetUp(const std::string& command, const std::string& rest);
-  std::string Request(const std::string& command, const std::string& rest) const;
   std::string List(const char* key) const;
 
   std::unique_ptr<Plugin> m_plugin;

@@ -38,6 +38,9 @@ fs::path ConfigFile() {
   return resources / "config/hw_kbd_lang_config.json";
 }
 
+// The platform's services serve any thread.
+std::mutex g_mutex;
+
 bool Is(const char* setting, const std::string& value) {
   const auto found = Platform().settings.find(setting);
   return found != Platform().settings.end() && found->second == value;
@@ -82,8 +85,7 @@ int __qlog_print(int log_id, int priority, const char* tag, const char* format, 
   std::vsnprintf(text, sizeof(text), format, arguments);
   va_end(arguments);
 
-  static std::mutex mutex;
-  const std::lock_guard lock(mutex);
+  const std::lock_guard lock(g_mutex);
   static const std::regex kForm(R"(\w+\.cpp: (\w+)\(\d+\) > ([^]*))");
   std::cmatch parts;
   EXPECT_TRUE(std::regex_match(text, parts, kForm)) << text;
@@ -96,6 +98,7 @@ int __qlog_print(int log_id, int priority, const char* tag, const char* format, 
 
 char* kvreg_get_str(const char* key) {
   const NoRefusals fake_is_exempt;
+  const std::lock_guard lock(g_mutex);
   const auto& registry = Platform().registry;
   const auto found = registry.find(key);
   return found == registry.end() || IsUnusable(key) ? nullptr : strdup(found->second.c_str());
@@ -103,6 +106,7 @@ char* kvreg_get_str(const char* key) {
 
 int kvreg_set_str(const char* key, const char* value) {
   const NoRefusals fake_is_exempt;
+  const std::lock_guard lock(g_mutex);
   if (IsUnusable(key)) {
     return -1;
   }

@@ -136,11 +136,17 @@ Footprint Measure() {
   return {LiveBlocks(), std::distance(begin(descriptors), end(descriptors)), resident};
 }
 
+class Memory : public testing::Test {
+ protected:
+  void SetUp() override {
+    Conversation().Say("set_string language ko_KR");  // loads what a process keeps for its life
+    Conversation().Say("ui-language de_DE");
+  }
+};
+
 }  // namespace
 
-TEST(Memory, FailsTheRequestLeaksNothingAndAnswersTheNext) {
-  Conversation().Say("set_string language ko_KR");  // loads what a process keeps for its life
-  Conversation().Say("ui-language de_DE");
+TEST_F(Memory, FailsTheRequestLeaksNothingAndAnswersTheNext) {
   for (const auto& [name, request] : kRequests) {
     SCOPED_TRACE(name);
     for (const Refusal refusal : {Refusal::kOnce, Refusal::kFromThenOn}) {
@@ -157,7 +163,7 @@ TEST(Memory, FailsTheRequestLeaksNothingAndAnswersTheNext) {
   }
 }
 
-TEST(Memory, StaysFlatOverLoadsAndUnloads) {
+TEST_F(Memory, StaysFlatOverLoadsAndUnloads) {
   const char* given = std::getenv("LOAD_CYCLES");
   const int cycles = given == nullptr ? 10'000 : std::atoi(given);
   Conversation().Say("ui-language de_DE");

@@ -4,6 +4,7 @@ import glob
 import os
 import re
 import subprocess
+import tempfile
 import unittest
 
 SOURCE = os.environ["MORVITH_SOURCE"]
@@ -40,6 +41,17 @@ class PackageTest(unittest.TestCase):
     def test_takes_less_than_a_megabyte(self):
         kibibytes = int(dpkg_deb("--field", "Installed-Size"))
         self.assertLess(kibibytes * 1024, 1_000_000)
+
+
+    def test_library_is_hardened(self):
+        with tempfile.TemporaryDirectory() as folder:
+            dpkg_deb("--extract", folder)
+            library, = glob.glob(f"{folder}/usr/lib/*/libmorvith_dataprovider.so")
+            facts = subprocess.run(["readelf", "--wide", "--segments", "--dynamic", "--dyn-syms",
+                                    library], check=True, capture_output=True, text=True).stdout
+        for sign in (r"GNU_STACK .* RW +0x", "GNU_RELRO ", r"\(FLAGS\) +BIND_NOW",
+                     "UND __stack_chk_fail"):
+            self.assertTrue(re.search(sign, facts), sign)
 
 
 if __name__ == "__main__":

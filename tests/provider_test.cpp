@@ -1,9 +1,11 @@
 // What takes more than a conversation: the table itself, raw lists, texts too long to write down,
 // and files that are no JSON at all.
+#include <barrier>
 #include <cstdlib>
 #include <cstring>
 #include <set>
 #include <sstream>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -80,10 +82,16 @@ TEST(Provider, FillsItsFourteenSlotsAndLoadsNothing) {
     void* second = nullptr;
     EXPECT_TRUE(plugin.create_provider(&second) == 0 && second != plugin.cbs);
     EXPECT_EQ(plugin.delete_provider(&second), 0);
+    second = nullptr;
+    EXPECT_EQ(plugin.delete_provider(&second), 0);
     EXPECT_EQ(plugin.delete_provider(nullptr), 1);
+    char* owner = nullptr;
+    plugin.cbs->get_module_info("provider/owner", &owner);
+    EXPECT_STREQ(owner, "rask.ovnel");  // the other table still works
+    plugin.cbs->release_string(owner);
   }
   EXPECT_EQ(Platform().log, Repeated("I create_provider: QEL menuitem provider init\n", 2) +
-                                Repeated("I delete_provider: QEL menuitem provider fini\n", 3));
+                                Repeated("I delete_provider: QEL menuitem provider fini\n", 4));
   EXPECT_EQ(Platform().language_requests, 0);
 }
 
@@ -106,17 +114,22 @@ TEST(Provider, TakesNullsAndHolesAndLeavesIntegersAlone) {
   EXPECT_EQ(cbs.release_string(nullptr), 1);
   EXPECT_EQ(LiveBlocks(), before);
 
-  char* text = nullptr;
+  void* item[2] = {};
   int value = 42;
-  void* none = nullptr;
-  EXPECT_EQ(cbs.get_list_item_display_value(nullptr, &text), 0);
-  EXPECT_EQ(cbs.get_list_item_string_value(nullptr, nullptr), 0);
+  for (const auto get : {cbs.get_list_item_display_value, cbs.get_list_item_string_value}) {
+    EXPECT_EQ(get(nullptr, nullptr) + get(item, nullptr), 0);
+    for (void* empty : {static_cast<void*>(nullptr), static_cast<void*>(item)}) {
+      char none = 0;
+      char* text = &none;
+      EXPECT_EQ(get(empty, &text), 0);
+      EXPECT_EQ(text, nullptr);
+    }
+  }
   EXPECT_EQ(cbs.get_list_items(kLanguageKey, nullptr), nullptr);
   EXPECT_EQ(cbs.set_int(kLanguageKey, 1) + cbs.get_int(kLanguageKey, &value), 0);
   EXPECT_EQ(cbs.get_list_item_int_value(nullptr, &value), 0);
   EXPECT_EQ(value, 42);
   EXPECT_EQ(plugin.create_provider(nullptr), 1);
-  EXPECT_EQ(plugin.delete_provider(&none), 0);
 }
 
 TEST(Provider, SpeaksTheLanguageOfEveryLocale) {
@@ -175,5 +188,50 @@ TEST(Provider, SurvivesDamageAnywhereAndReportsWhatIsNoText) {
     EXPECT_TRUE(Types(damaged).rfind("E LoadKeyboardConfig: Unable", 0) == 0 ||
                 i % damages.size() > 1)
         << i;
+  }
+}
+
+TEST(Provider, ServesThreadsThatAskAtOnceAndReadsTheDeviceOnce) {
+  const std::string orders[] = {"get_list_items type",       "get_list_items language",
+                                "set_string language ko_KR", "get_display_name type",
+                                "get_help_text page",        "get_string language",
+                                "get_help_image_path page",  "get_module_info provider/owner"};
+  const auto prepare = [](Conversation& conversation) {
+    conversation.Say("ui-language de_DE");
+    conversation.Say("stored language ko_KR");
+    InstallKeyboardConfig(R"({"keyboard_name_map": [0], "lang_local_keyboard_type_table": [)"
+                          R"({"lang_local": "ko_KR", "keyboard_types": ["a", "b"]}]})");
+    conversation.Say("get_module_info");  // loads it
+  };
+  std::vector<std::string> expected;
+  {
+    Conversation alone;
+    prepare(alone);
+    for (const std::string& order : orders) {
+      expected.push_back(alone.Ask(order));
+    }
+  }
+  for (int round = 0; round < 50; ++round) {
+    constexpr std::size_t kThreads = 16;
+    Conversation conversation;
+    prepare(conversation);
+    std::barrier start(kThreads);
+    std::vector<std::thread> threads;
+    for (std::size_t thread = 0; thread < kThreads; ++thread) {
+      threads.emplace_back([&, thread] {
+        start.arrive_and_wait();
+        for (std::size_t i = 0; i < std::size(orders); ++i) {
+          const std::size_t turn = (i + thread) % std::size(orders);
+          EXPECT_EQ(conversation.Ask(orders[turn]), expected[turn]);
+        }
+      });
+    }
+    for (std::thread& thread : threads) {
+      thread.join();
+    }
+    EXPECT_EQ(Platform().language_requests, 1);
+    const std::string& log = Platform().log;
+    const std::size_t skipped = log.find("keyboard_name_map[0] skipped");
+    EXPECT_TRUE(skipped != std::string::npos && log.find("[0] skipped", skipped + 20) == log.npos);
   }
 }

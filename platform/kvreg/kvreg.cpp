@@ -68,14 +68,18 @@ Statement Prepare(const Database& database, const char* sql) {
   return Statement(prepared);
 }
 
-bool Write(const Database& database, const char* key, const char* value) {
-  if (sqlite3_exec(database.get(), kBegin, nullptr, nullptr, nullptr) != SQLITE_OK) {
-    return false;
-  }
+bool Execute(const Database& database, const char* sql) {
+  return sqlite3_exec(database.get(), sql, nullptr, nullptr, nullptr) == SQLITE_OK;
+}
+
+bool Upsert(const Database& database, const char* key, const char* value) {
   const Statement upsert = Prepare(database, kUpsert);
   return upsert && Bind(upsert, 1, key) && Bind(upsert, 2, value) &&
-         sqlite3_step(upsert.get()) == SQLITE_DONE &&
-         sqlite3_exec(database.get(), "COMMIT", nullptr, nullptr, nullptr) == SQLITE_OK;
+         sqlite3_step(upsert.get()) == SQLITE_DONE;
+}
+
+bool Write(const Database& database, const char* key, const char* value) {
+  return Execute(database, kBegin) && Upsert(database, key, value) && Execute(database, "COMMIT");
 }
 
 bool NeverWritten(const char* file) {
