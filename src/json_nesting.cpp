@@ -15,6 +15,7 @@ bool IsSurrogate(std::string_view escape) {
 // lenient parser reads on after a surrogate that has no partner, past a quote too.
 std::size_t EndOfString(std::string_view json, std::size_t begin) {
   std::size_t at = begin + 1;
+  bool paired = false;  // the escape before was the first of a pair
   while (at < json.size() && json[at] != '"') {
     if (json[at] != '\\') {
       ++at;
@@ -26,7 +27,8 @@ std::size_t EndOfString(std::string_view json, std::size_t begin) {
     }
     const std::string_view escape = json.substr(at + 1, 5);
     at += 1 + escape.size();
-    const bool lone = IsSurrogate(escape) && json.substr(at, 1) != "\\";
+    paired = IsSurrogate(escape) && !paired;
+    const bool lone = paired && json.substr(at, 2) != "\\u";
     if (lone || escape.find_first_not_of(kHexDigits, 1) != std::string_view::npos) {
       return std::string_view::npos;
     }

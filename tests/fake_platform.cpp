@@ -136,7 +136,7 @@ int devinfo_get_value_int_array(int key, devinfo_int_array* out) {
 int devinfo_get_custom_bool(const char* key, bool* value) {
   EXPECT_STREQ(key, "com.velmora/featureconf/bt_profile_bt_smart_control");
   *value = !Is("bluetooth", "no");  // nor is this
-  return Is("bluetooth", "fail") ? -1 : 0;
+  return Is("bluetooth", "fail") ? 7 : 0;
 }
 
 }  // extern "C"
