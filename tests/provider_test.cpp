@@ -171,7 +171,7 @@ TEST(Provider, SurvivesDeepNesting) {
   }
   for (const std::string& text :
        {Repeated("[", 100'000), Repeated(R"({"a":)", 100'000),
-        Repeated("[", 600) + R"(/* " */)" + Repeated(R"([{"a":)", 400) + "\"",
+        Repeated("[", 300) + R"(/* " */)" + Repeated(R"([{"a":)", 200) + "\"",
         R"(['"', )" + Repeated("[", 100'000) + "\"", R"(["\u", ",)" + Repeated("[", 501) + "\"",
         R"(["\ud800" ",)" + Repeated("[", 100'000) + "\"",
         R"(["\uDC00" ",)" + Repeated("[", 100'000) + "\""}) {
