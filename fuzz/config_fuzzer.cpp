@@ -1,11 +1,13 @@
 // The input is the keyboard configuration, the whole file. Every language that there is gets chosen
 // under it, and its types listed.
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 
 #include <gtest/gtest.h>
+#include <json-glib/json-glib.h>
 #include <sanitizer/lsan_interface.h>
 
 #include "fake_platform.h"
@@ -22,9 +24,21 @@ std::string EveryLanguageId() {
   return ids;
 }
 
-// JSON-GLib leaks the text of a string with a malformed surrogate pair.
-bool MayLeakInParser(const std::string& contents) {
-  return contents.find("\\ud") != std::string::npos || contents.find("\\uD") != std::string::npos;
+// Whether JSON-GLib itself leaks, which it does of a malformed surrogate pair and of all roots but
+// the last where there are several. What could be nested too deeply for it is not tried.
+bool LeaksInParser(const std::string& contents) {
+  const auto openings =
+      std::count_if(contents.begin(), contents.end(), [](char c) { return c == '[' || c == '{'; });
+  if (openings > 500) {
+    return true;
+  }
+  const __lsan::ScopedDisabler no_leaks;
+  const long before = LiveHeapBlocks();
+  JsonParser* parser = json_parser_new();
+  json_parser_load_from_data(parser, contents.data(), static_cast<gssize>(contents.size()),
+                             nullptr);
+  g_object_unref(parser);
+  return LiveHeapBlocks() > before;
 }
 
 void ChooseEveryLanguage() {
@@ -47,7 +61,7 @@ void ChooseEveryLanguage() {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string contents(reinterpret_cast<const char*>(data), size);
   InstallKeyboardConfig(contents);
-  if (MayLeakInParser(contents)) {
+  if (LeaksInParser(contents)) {
     const __lsan::ScopedDisabler no_leaks;
     ChooseEveryLanguage();
   } else {

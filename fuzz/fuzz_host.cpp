@@ -50,6 +50,9 @@ void fuzz_take_coverage(const std::uint8_t* counters, std::size_t count) {
   }
 }
 
+// The loader keeps what it knows of a library that stays.
+const char* __lsan_default_suppressions() { return "leak:_dl_map_object_deps\n"; }
+
 // In place of the address sanitizer's, which registers a function of its own with each of another's
 // and never lets go of it: what every load and unload leaves behind would soon slow them down.
 int __cxa_atexit(void (*function)(void*), void* argument, void* library) {
@@ -59,6 +62,8 @@ int __cxa_atexit(void (*function)(void*), void* argument, void* library) {
 }
 
 }  // extern "C"
+
+long LiveHeapBlocks() { return g_live_blocks; }
 
 LeakCheck::LeakCheck() {
   Platform() = FakePlatform();

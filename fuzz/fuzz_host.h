@@ -13,6 +13,8 @@ inline constexpr char kPageKey[] = "menu/system/external_device_manager/keyboard
 inline constexpr char kLanguageKey[] = "db/ime/keyboard_language_name";
 inline constexpr char kTypeKey[] = "db/ime/hardware_keyboard_name";
 
+long LiveHeapBlocks();
+
 // Begins and ends with a new platform. Ends the process when more blocks were allocated than freed
 // in its lifetime, and some are lost. (libFuzzer's own check gives up after some false alarms.)
 class LeakCheck {
