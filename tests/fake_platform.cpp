@@ -9,8 +9,8 @@
 #include <fstream>
 #include <iterator>
 #include <mutex>
-#include <regex>
 #include <sstream>
+#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -86,13 +86,18 @@ int __qlog_print(int log_id, int priority, const char* tag, const char* format, 
   va_end(arguments);
 
   const std::lock_guard lock(g_mutex);
-  static const std::regex kForm(R"(\w+\.cpp: (\w+)\(\d+\) > ([^]*))");
-  std::cmatch parts;
-  EXPECT_TRUE(std::regex_match(text, parts, kForm)) << text;
+  char function[64] = "";
+  int end = 0;
+  std::sscanf(text, "%*[A-Za-z_].cpp: %63[A-Za-z0-9_](%*[0-9]) >%n", function, &end);
+  EXPECT_EQ(text[end], ' ') << text;
   EXPECT_EQ(log_id, 0);
   EXPECT_STREQ(tag, "IME_QEL");
-  Platform().log += std::string(1, "IWE"[priority - 4]) + " " + parts.str(1) + ": " +
-                    std::regex_replace(parts.str(2), std::regex("\n"), "\\n") + "\n";
+  std::string& log = Platform().log;
+  log.append(1, "IWE"[priority - 4]).append(" ").append(function).append(": ");
+  for (const char c : std::string_view(text).substr(static_cast<std::size_t>(end) + 1)) {
+    log.append(c == '\n' ? "\\n" : std::string(1, c));
+  }
+  log += "\n";
   return 0;
 }
 
