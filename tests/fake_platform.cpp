@@ -14,7 +14,6 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include "data_provider.h"
 #include "devinfo.h"
@@ -28,7 +27,8 @@ namespace {
 
 // Below a folder of this process, in which the plug-in finds what it reads.
 fs::path ConfigFile() {
-  static const fs::path root = testing::TempDir() + "morvith." + std::to_string(getpid());
+  static std::string folder = testing::TempDir() + "morvith.XXXXXX";
+  static const fs::path root = mkdtemp(folder.data());
   const fs::path resources = root / "usr/share/lib-morvith-tv/res";
   if (fs::create_directories(resources / "config")) {
     fs::create_symlink(TEST_CATALOGUES, resources / "locale");

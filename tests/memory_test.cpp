@@ -41,7 +41,7 @@ Answer Text(const Plugin& plugin, int (*get)(const char*, char**), const char* k
 Answer Choices(const Plugin& plugin, const char* key) {
   int count = 42;
   void** list = plugin.cbs->get_list_items(key, &count);
-  Answer answer = list == nullptr && count == 0 ? kNothing : kInFull;
+  Answer answer = list != nullptr ? kInFull : count == 0 ? kNothing : kInPart;
   for (int i = 0; list != nullptr && i < 2; ++i) {
     char* text = nullptr;
     char* value = nullptr;
