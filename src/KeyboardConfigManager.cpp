@@ -87,6 +87,7 @@ std::vector<std::string> ReadKeyboardTypes(guint index, JsonObject* element) {
     return types;
   }
   const guint length = json_array_get_length(array);
+  types.reserve(length);
   for (guint i = 0; i < length; ++i) {
     const char* type = StringOf(json_array_get_element(array, i));
     if (type == nullptr) {
@@ -125,8 +126,9 @@ void ReadLocale(guint index, JsonNode* node, LocaleTable& table) {
     QEL_WARNING("%s[%u] skipped: no string \"lang_local\"", kLocaleTable, index);
     return;
   }
-  if (!table.contains(lang_local)) {
-    table.emplace(lang_local, ReadKeyboardTypes(index, element));
+  const auto [row, is_new] = table.try_emplace(lang_local);
+  if (is_new) {
+    row->second = ReadKeyboardTypes(index, element);
   }
 }
 
@@ -165,6 +167,7 @@ void FillTable(JsonObject* root, const char* name, JsonArrayForeach element_cb, 
     QEL_WARNING("%s skipped: not an array", name);
     return;
   }
+  table.reserve(json_array_get_length(array));
   Filling<Table> filling = {table, nullptr};
   json_array_foreach_element(array, element_cb, &filling);
   if (filling.failure) {

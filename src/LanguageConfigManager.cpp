@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <new>
 #include <span>
 #include <unordered_map>
@@ -12,10 +13,11 @@
 
 namespace {
 
+// With the texts inside: pointers would have to be relocated whenever the library is loaded.
 struct LanguageRow {
   sys_lang_id id;
-  const char* lang_sid;
-  const char* lang_local;
+  char lang_sid[32];
+  char lang_local[6];
 };
 
 constexpr LanguageRow kLanguageRows[] = {
@@ -140,9 +142,11 @@ void LanguageConfigManager::InitLanguageInfoVec() {
 }
 
 void LanguageConfigManager::ChooseDefaultLangLocal() {
-  auto english = std::find_if(m_language_info_vec.begin(), m_language_info_vec.end(), IsEnglish);
+  auto english = std::ranges::find_if(m_language_info_vec, IsEnglish);
   if (english == m_language_info_vec.end()) {
-    english = m_language_info_vec.insert(english, LanguageInfo{kFallbackSid, kFallbackLocal});
+    const LanguageInfo fallback = {kFallbackSid, kFallbackLocal};
+    m_language_info_vec.push_back(fallback);
+    english = std::prev(m_language_info_vec.end());
   }
   m_default_lang_local = english->lang_local;
 }

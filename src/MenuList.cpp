@@ -1,6 +1,5 @@
 #include "MenuList.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -9,7 +8,7 @@
 namespace {
 
 constexpr std::size_t kBufferSize = 256;
-constexpr std::size_t kTextLimit = 255;  // with the terminating NUL
+constexpr std::size_t kTextLimit = 254;
 
 template <typename T>
 T* OrBadAlloc(T* block) {
@@ -54,6 +53,6 @@ char* DuplicateText(const std::string& text) { return OrBadAlloc(strdup(text.c_s
 
 char* DuplicateTextBounded(const std::string& text) {
   char* buffer = OrBadAlloc(static_cast<char*>(std::calloc(1, kBufferSize)));
-  std::snprintf(buffer, kTextLimit, "%s", text.c_str());
+  text.copy(buffer, kTextLimit);
   return buffer;
 }

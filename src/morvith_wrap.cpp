@@ -24,9 +24,8 @@ std::optional<std::string> StoredLanguage() {
 std::string SupportedOrDefault(const std::string& lang_local) {
   const LanguageConfigManager& config = *LanguageConfigManager::GetInstance();
   const std::vector<LanguageInfo>& languages = config.GetLanguageInfoVec();
-  const bool supported = std::any_of(
-      languages.begin(), languages.end(),
-      [&lang_local](const LanguageInfo& info) { return info.lang_local == lang_local; });
+  const bool supported =
+      std::ranges::find(languages, lang_local, &LanguageInfo::lang_local) != languages.end();
   return supported ? lang_local : config.GetDefaultLangLocal();
 }
 

@@ -21,9 +21,10 @@ void __libc_free(void* block);
 #define HEAP(function, ...) \
   (&__interceptor_##function ? __interceptor_##function : __libc_##function)(__VA_ARGS__)
 
+constinit thread_local bool g_refusing = false;
+
 namespace {
 
-thread_local bool g_armed = false;
 bool g_refused = false;
 std::size_t g_allocations_left = 0;
 Refusal g_refusal = Refusal::kOnce;
@@ -37,11 +38,11 @@ bool IsGlib(const void* caller) {
 }
 
 bool IsRefused(const void* caller) {
-  if (!g_armed || IsGlib(caller) || g_allocations_left-- > 0) {
+  if (!g_refusing || IsGlib(caller) || g_allocations_left-- > 0) {
     return false;
   }
   g_allocations_left = 0;
-  g_armed = g_refusal == Refusal::kFromThenOn;
+  g_refusing = g_refusal == Refusal::kFromThenOn;
   g_refused = true;
   return true;
 }
@@ -57,16 +58,13 @@ void RefuseAllocation(std::size_t index, Refusal refusal) {
   g_allocations_left = index;
   g_refusal = refusal;
   g_refused = false;
-  g_armed = true;
+  g_refusing = true;
 }
 
 bool EndRefusals() {
-  g_armed = false;
+  g_refusing = false;
   return g_refused;
 }
-
-NoRefusals::NoRefusals() : m_before(g_armed) { g_armed = false; }
-NoRefusals::~NoRefusals() { g_armed = m_before; }
 
 long LiveBlocks() { return &__interceptor_malloc != nullptr ? 0 : g_live_blocks.load(); }
 

@@ -3,6 +3,7 @@
 #define TESTS_FAILING_ALLOCATOR_H
 
 #include <cstddef>
+#include <utility>
 
 enum class Refusal { kOnce, kFromThenOn };
 
@@ -13,11 +14,14 @@ void RefuseAllocation(std::size_t index, Refusal refusal);
 // Ends this. Returns whether an allocation was refused.
 bool EndRefusals();
 
+// Whether allocations of this thread are counted and may be refused.
+extern constinit thread_local bool g_refusing;
+
 // No refusals in a scope, for what the fakes allocate for themselves.
 class NoRefusals {
  public:
-  NoRefusals();
-  ~NoRefusals();
+  NoRefusals() : m_before(std::exchange(g_refusing, false)) {}
+  ~NoRefusals() { g_refusing = m_before; }
 
  private:
   bool m_before;

@@ -84,6 +84,9 @@ int __qlog_print(int log_id, int priority, const char* tag, const char* format, 
   va_start(arguments, format);
   std::vsnprintf(text, sizeof(text), format, arguments);
   va_end(arguments);
+  if (!Platform().keeps_log) {
+    return 0;
+  }
 
   const std::lock_guard lock(g_mutex);
   char function[64] = "";

@@ -5,7 +5,7 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
-Plugin::Plugin() : m_library(dlopen(TEST_PLUGIN, RTLD_NOW | RTLD_LOCAL)) {
+Plugin::Plugin(const char* file) : m_file(file), m_library(dlopen(file, RTLD_NOW | RTLD_LOCAL)) {
   if (m_library == nullptr) {
     throw std::runtime_error(dlerror());
   }
@@ -20,5 +20,5 @@ Plugin::~Plugin() {
   void* handle = cbs;
   EXPECT_EQ(delete_provider(&handle), 0);
   EXPECT_EQ(dlclose(m_library), 0);
-  EXPECT_EQ(dlopen(TEST_PLUGIN, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";
+  EXPECT_EQ(dlopen(m_file, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";
 }

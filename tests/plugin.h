@@ -6,7 +6,7 @@
 
 class Plugin {
  public:
-  Plugin();
+  explicit Plugin(const char* file = TEST_PLUGIN);
   ~Plugin();
   Plugin(const Plugin&) = delete;
   Plugin& operator=(const Plugin&) = delete;
@@ -16,6 +16,7 @@ class Plugin {
   data_provider_cbs* cbs;
 
  private:
+  const char* m_file;
   void* m_library;
 };
 
