@@ -165,7 +165,7 @@ TEST_F(Memory, FailsTheRequestLeaksNothingAndAnswersTheNext) {
 
 TEST_F(Memory, StaysFlatOverLoadsAndUnloads) {
   const char* given = std::getenv("LOAD_CYCLES");
-  const int cycles = given == nullptr ? 10'000 : std::atoi(given);
+  const int cycles = given == nullptr ? 10'000 : std::stoi(given);
   Conversation().Say("ui-language de_DE");
   Footprint warm = {};
   for (int cycle = 0; cycle < cycles; ++cycle) {

@@ -5,6 +5,8 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+Plugin::Plugin() : Plugin(TEST_PLUGIN) {}
+
 Plugin::Plugin(const char* file) : m_file(file), m_library(dlopen(file, RTLD_NOW | RTLD_LOCAL)) {
   if (m_library == nullptr) {
     throw std::runtime_error(dlerror());

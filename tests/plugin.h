@@ -6,7 +6,8 @@
 
 class Plugin {
  public:
-  explicit Plugin(const char* file = TEST_PLUGIN);
+  Plugin();  // the library under test
+  explicit Plugin(const char* file);
   ~Plugin();
   Plugin(const Plugin&) = delete;
   Plugin& operator=(const Plugin&) = delete;
