@@ -30,8 +30,8 @@ constexpr const char* kModuleInfoKeys[] = {"provider/owner", "provider/main-comp
                                            "provider/sub-component"};
 constexpr const char* kOtherKeys[] = {"db/ime/keyboard_language", "DB/IME/HARDWARE_KEYBOARD_NAME",
                                       "", nullptr};
-constexpr const char* kTexts[] = {"en_US",  "en_GB", "ko_KR", "fr_CA",     "fr_FR", "KO_KR",
-                                  "ko_KR ", "",      "xx",    "kr_ibm106", "us",    "ko_KR.us"};
+constexpr const char* kLanguages[] = {"en_US", "en_GB", "ko_KR", "fr_CA", "KO_KR", "xx", ""};
+constexpr const char* kTypes[] = {"us", "kr_ibm106", "en_US.us", ""};
 constexpr const char* kNoRows[] = {"null",
                                    "{}",
                                    "[]",
@@ -121,16 +121,23 @@ class Session {
     }
   }
 
-  std::string Text() {
+  std::string Language() { return Text(kLanguages); }
+  std::string Type() { return Text(kTypes); }
+
+  // One of these, or one to be cut or just not.
+  template <std::size_t size>
+  std::string Text(const char* const (&texts)[size]) {
     return m_input.ConsumeIntegralInRange(0, 7) > 0
-               ? m_input.PickValueInArray(kTexts)
+               ? m_input.PickValueInArray(texts)
                : std::string(m_input.ConsumeIntegralInRange<std::size_t>(240, 270), 'x');
   }
 
   void ChangeDevice() {
     std::string ids;
     for (int i = m_input.ConsumeIntegralInRange(0, 12); i > 0; --i) {
-      ids += std::to_string(m_input.ConsumeIntegralInRange(-1, 100)) + " ";
+      const int id = m_input.ConsumeBool() ? m_input.PickValueInArray({0, 1, 3, 17})
+                                           : m_input.ConsumeIntegralInRange(-1, 100);
+      ids += std::to_string(id) + " ";
     }
     Platform().settings["languages"] = m_input.ConsumeIntegralInRange(0, 7) > 0 ? ids : "fail";
     Platform().settings["count"] = m_input.PickValueInArray({"right", "right", "negative"});
@@ -144,7 +151,7 @@ class Session {
     const char* key = m_input.PickValueInArray({kLanguageKey, kTypeKey});
     m_registry.erase(key);
     if (m_input.ConsumeBool()) {
-      m_registry[key] = Text();
+      m_registry[key] = Language();
     }
     Platform().registry = m_registry;
   }
@@ -171,8 +178,8 @@ class Session {
   std::string NameRows() {
     std::string rows = m_input.PickValueInArray(kNoRows);
     for (int i = m_input.ConsumeIntegralInRange(0, 3); i > 0; --i) {
-      const std::string type = Text();
-      const std::string name = Text();
+      const std::string type = Type();
+      const std::string name = Type();
       m_installed.names.emplace(type, name);
       rows += R"(, {"name": ")" + type + R"(", "display_name": ")" + name + R"("})";
     }
@@ -182,11 +189,11 @@ class Session {
   std::string LocaleRows() {
     std::string rows = m_input.PickValueInArray(kNoRows);
     for (int i = m_input.ConsumeIntegralInRange(0, 3); i > 0; --i) {
-      const std::string language = Text();
+      const std::string language = Language();
       std::vector<std::string> types;
       rows += R"(, {"lang_local": ")" + language + R"(", "keyboard_types": [0)";
       for (int j = m_input.ConsumeIntegralInRange(0, 3); j > 0; --j) {
-        types.push_back(Text());
+        types.push_back(Type());
         rows += ", \"" + types.back() + "\"";
       }
       rows += "]}";
@@ -240,7 +247,7 @@ class Session {
 
   void SetString() {
     const char* key = Key();
-    const std::string text = Text();
+    const std::string text = Language();
     if (m_input.ConsumeIntegralInRange(0, 7) == 0) {
       EXPECT_EQ(Cbs().set_string(key, nullptr), 1);
       return;
