@@ -1,4 +1,4 @@
-// Ownership of blocks of the C heap: what the platform hands to the library.
+// Ownership of blocks of the C heap: what the platform hands to the library, or is handed to fill.
 #ifndef MORVITH_HEAP_H
 #define MORVITH_HEAP_H
 

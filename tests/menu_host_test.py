@@ -87,8 +87,8 @@ class MenuHostTest(unittest.TestCase):
         for ids, wanted, skipped in (("1; x7;;99999999999;-3 ;0", ["en_US", "ko_KR"], 3),
                                      ("", ["en_GB"], 0), (None, ["en_GB"], 0)):
             with open(f"{self.folder}/device.ini", "w", encoding="utf-8") as file:
-                file.write("[device]\n" + (f"system_language_ids={ids}\n" if ids is not None else "") +
-                           capability + "maybe\n")
+                file.write("[device]\n" +
+                           (f"system_language_ids={ids}\n" if ids is not None else "") + capability + "maybe\n")
             done = self.host("--device", file.name, "list", "language")
             self.assertEqual([line.split()[-1] for line in done.stdout.splitlines()], wanted)
             self.assertEqual(done.stderr.count("skipped"), skipped)
@@ -245,7 +245,8 @@ class MenuHostTest(unittest.TestCase):
         self.assert_refused("--plugin", "/nowhere.so", says=["/nowhere.so", "--plugin"])
         self.assert_refused("--plugin", f"{LIBRARIES}/libqlog.so.0",
                             says=["not a data provider", "create_provider"])
-        for bad, says in (("fails", "create_provider returned 1"), ("lacks", "left the slot set_int")):
+        for bad, says in (("fails", "create_provider returned 1"),
+                          ("lacks", "left the slot set_int")):
             self.environment["BAD_PROVIDER"] = bad
             self.assert_refused("--plugin", BAD_PROVIDER, says=[says])
         self.assert_refused("--device", "moon", says=["'moon'", "profile", "one of:"])

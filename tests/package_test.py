@@ -1,4 +1,4 @@
-"""What the device's Debian package holds: paths, owners, modes and size."""
+"""What the device's Debian package holds: paths, owners, modes, size, and a hardened library."""
 
 import glob
 import os
@@ -42,7 +42,6 @@ class PackageTest(unittest.TestCase):
     def test_takes_less_than_a_megabyte(self):
         kibibytes = int(dpkg_deb("--field", "Installed-Size"))
         self.assertLess(kibibytes * 1024, 1_000_000)
-
 
     def test_library_is_hardened(self):
         with tempfile.TemporaryDirectory() as folder:

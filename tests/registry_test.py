@@ -77,7 +77,7 @@ def choose_without_end(set_string):
 
 class RegistryTest(unittest.TestCase):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
+        folder = tempfile.TemporaryDirectory(dir="/tmp")  # where a stranger can enter
         self.addCleanup(folder.cleanup)
         self.folder = folder.name
         self.addCleanup(os.dup2, os.dup(2), 2)
@@ -118,8 +118,9 @@ class RegistryTest(unittest.TestCase):
     def test_keeps_what_it_has_when_it_cannot_write(self):
         self.assertTrue(write(b"key", b"kept"))
         os.chmod(self.folder, 0o755)
-        os.chmod(f"{self.folder}/registry.db", 0o444)
-        for task, reason in ((write_without_space, "disk"), (write_as_a_stranger, "readonly")):
+        for task, mode, reason in ((write_without_space, 0o644, "disk"),
+                                   (write_as_a_stranger, 0o444, "readonly")):
+            os.chmod(f"{self.folder}/registry.db", mode)
             self.assertFalse(went_well(in_child(task, b"key", b"lost" * 20000)))
             self.assertRegex(self.logged(), f"error KVREG: cannot write 'key': .*{reason}")
             self.assertEqual(read(b"key"), b"kept")
@@ -135,16 +136,19 @@ class RegistryTest(unittest.TestCase):
         os.environ["DEVINFO_PROFILE"] = f"{STAGE}/usr/share/morvith-menu-host/devices/global.ini"
         set_string = load_provider()
         set_string(LANGUAGE, b"ko_KR")
+        interrupted = 0
         for _ in range(500):
             writer = in_child(choose_without_end, set_string)
             time.sleep(random.uniform(0, 0.008))
             os.kill(writer, signal.SIGKILL)
             os.waitpid(writer, 0)
+            interrupted += os.path.exists(f"{self.folder}/registry.db-journal")
             self.assertIn(read(LANGUAGE), TYPES)
             self.assertIn(read(TYPE), TYPES.values())
             language = random.choice(list(TYPES))
             set_string(LANGUAGE, language)
             self.assertEqual((read(LANGUAGE), read(TYPE)), (language, TYPES[language]))
+        self.assertGreater(interrupted, 50)  # in the middle of a write
         self.assertEqual(self.logged(), "")
 
 
