@@ -6,8 +6,8 @@
 #include <fstream>
 
 #include <gtest/gtest.h>
-#include <sys/prctl.h>
 #include <libintl.h>
+#include <sys/prctl.h>
 
 #include "conversation.h"
 #include "failing_allocator.h"

@@ -88,7 +88,8 @@ class MenuHostTest(unittest.TestCase):
                                      ("", ["en_GB"], 0), (None, ["en_GB"], 0)):
             with open(f"{self.folder}/device.ini", "w", encoding="utf-8") as file:
                 file.write("[device]\n" +
-                           (f"system_language_ids={ids}\n" if ids is not None else "") + capability + "maybe\n")
+                           (f"system_language_ids={ids}\n" if ids is not None else "") +
+                           capability + "maybe\n")
             done = self.host("--device", file.name, "list", "language")
             self.assertEqual([line.split()[-1] for line in done.stdout.splitlines()], wanted)
             self.assertEqual(done.stderr.count("skipped"), skipped)
