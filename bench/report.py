@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Measures the library and prints one table, in Markdown; writes the same as JSON into the folder of
-the build, which is the argument. All times are the processor's, and medians."""
+"""Measures the library and prints one table, in Markdown; writes the same as JSON into the folder
+of the build, which is the argument. All times are the processor's, and medians."""
 
 import collections
 import itertools
@@ -30,6 +30,7 @@ REQUESTS = [
     ("help texts", "shipped", 1.15),
     ("value", "shipped", 1.8),
     ("help image", "shipped", 1.8),
+    ("help image with log line", "shipped", None),
     ("set language", "shipped", 2.5),
     ("load and unload", "shipped", None),
 ]
@@ -49,8 +50,9 @@ def machine():
     cpu = re.search(r"^model name\s*: (.*)$", pathlib.Path("/proc/cpuinfo").read_text(), re.M)
     packages = ["libc6", "libstdc++6", "libglib2.0-0", "libjson-glib-1.0-0", "xkb-data"]
     versions = output("dpkg-query", "--show", "--showformat=${Package} ${Version}, ", *packages)
+    compiler = output("c++", "--version").splitlines()[0]
     return {"processor": f"{cpu[1] if cpu else platform.machine()}, {os.cpu_count()} cores",
-            "system": f"Linux {platform.release()}, {versions}{output('c++', '--version').splitlines()[0]}",
+            "system": f"Linux {platform.release()}, {versions}{compiler}",
             "load": "{:.1f} before, {{:.1f}} after".format(os.getloadavg()[0])}
 
 
@@ -59,7 +61,8 @@ def time_requests(build, pattern, repetitions):
     with tempfile.NamedTemporaryFile() as file:
         output(f"{build}/bin/time_requests", f"--benchmark_filter=^({pattern})/",
                f"--benchmark_repetitions={repetitions}", "--benchmark_min_time=0.005",
-               "--benchmark_enable_random_interleaving=true", "--benchmark_report_aggregates_only=true",
+               "--benchmark_enable_random_interleaving=true",
+               "--benchmark_report_aggregates_only=true",
                "--benchmark_out_format=json", f"--benchmark_out={file.name}")
         runs = json.load(file)["benchmarks"]
     return {run["run_name"]: run["cpu_time"] for run in runs if run["aggregate_name"] == "median"}
@@ -114,11 +117,13 @@ def peer_rows(build, _):
     goals = {("libxkbregistry", "first"): 2.4, ("GnomeXkbInfo", "first"): 6.3,
              ("libxkbregistry", "repeated"): 20}
     for peer, name in peers.items():
-        for key, what in (("first", "first answer"), ("since_start", "the same with the start of its process"),
+        for key, what in (("first", "first answer"),
+                          ("since_start", "the same with the start of its process"),
                           ("repeated", "repeated answer")):
             ratio = answers[peer][key] / answers[ours][key]
             yield Row(f"{what}, {name} beside", duration(answers[ours][key]),
-                      duration(answers[peer][key]), ratio, **at_least(goals.get((name, key)), ratio))
+                      duration(answers[peer][key]), ratio,
+                      **at_least(goals.get((name, key)), ratio))
         memory = [answers[each]["peak_kib"] for each in (ours, peer)]
         yield Row(f"peak memory, {name} beside", *(f"{each:.0f} KiB" for each in memory),
                   memory[1] / memory[0], goal="more than 1", met=memory[1] > memory[0])
@@ -131,7 +136,8 @@ def growth_rows(build, counts):
                        f"{build}/bench/roots/real_x{factor}/usr/share/{CONFIG}"))
              for factor in (1, 10, 100)}
     answers = answer(itertools.chain(*sizes.values()), REPETITIONS_OF_GROWTH)
-    first = {factor: [answers[each]["first"] for each in commands] for factor, commands in sizes.items()}
+    first = {factor: [answers[each]["first"] for each in commands]
+             for factor, commands in sizes.items()}
     for factor, (ours, floor) in first.items():
         yield Row(f"first answer, {SIZES[factor]}, the bare parse beside", duration(ours),
                   duration(floor), ours / floor)
@@ -140,18 +146,18 @@ def growth_rows(build, counts):
             many, once = first[factor][side], first[1][side]
             counted = [counts.get(f"first type list/real_x{each}/{('request', 'floor')[side]}")
                        for each in (factor, 1)]
-            yield Row(f"{what}, {SIZES[factor]}, the real size beside", duration(many), duration(once),
-                      many / once, counted[0] and counted[0] / counted[1],
+            yield Row(f"{what}, {SIZES[factor]}, the real size beside", duration(many),
+                      duration(once), many / once, counted[0] and counted[0] / counted[1],
                       **at_most(None if side else 1.1 * factor, many / once))
     many, once = (answers[sizes[factor][0]]["repeated"] for factor in (100, 1))
-    yield Row(f"repeated answer, {SIZES[100]}, the real size beside", duration(many), duration(once),
-              many / once, **at_most(1.1, many / once))
+    yield Row(f"repeated answer, {SIZES[100]}, the real size beside", duration(many),
+              duration(once), many / once, **at_most(1.1, many / once))
     pattern = "|".join(f"{name}/{size}" for name in UNCHANGED for size in ("real_x1", "real_x100"))
     times = time_requests(build, pattern, REPETITIONS_OF_GROWTH)
     for name in UNCHANGED:
         many, once = (times[f"{name}/{size}/request"] for size in ("real_x100", "real_x1"))
-        yield Row(f"{name}, {SIZES[100]}, the real size beside", duration(many), duration(once), many / once,
-                  **at_most(1.1, many / once))
+        yield Row(f"{name}, {SIZES[100]}, the real size beside", duration(many), duration(once),
+                  many / once, **at_most(1.1, many / once))
 
 
 def size_rows(build, _):
@@ -159,10 +165,10 @@ def size_rows(build, _):
     with tempfile.NamedTemporaryFile() as stripped:
         output("strip", f"--output-file={stripped.name}", library)
         size = os.path.getsize(stripped.name) / 1024
-    relocations = sum(map(int, re.findall(r"contains (\d+) entr", output("readelf", "-rW", library))))
+    sections = re.findall(r"contains (\d+) entr", output("readelf", "-rW", library))
     footprint = json.loads(output(f"{build}/bin/footprint"))
     yield Row("stripped library", f"{size:.1f} KiB", goal="under 48 KiB", met=size < 48)
-    yield Row("relocations", f"{relocations}")
+    yield Row("relocations", f"{sum(map(int, sections))}")
     yield Row("its pages written to by loading", f"{footprint['written_kib']} KiB")
     yield Row("of these still writable", f"{footprint['writable_kib']} KiB")
     yield Row("heap held after the first page", f"{footprint['heap_first'] / 1024:.0f} KiB")
@@ -183,8 +189,9 @@ def main(build):
     rows = [row for part in (request_rows, peer_rows, growth_rows, size_rows)
             for row in part(build, counts)]
     facts["load"] = facts["load"].format(os.getloadavg()[0])
-    pathlib.Path(build, "bench.json").write_text(json.dumps(
-        {"machine": facts, "rows": [row._asdict() for row in rows]}, indent=2, ensure_ascii=False) + "\n")
+    table = {"machine": facts, "rows": [row._asdict() for row in rows]}
+    pathlib.Path(build, "bench.json").write_text(
+        json.dumps(table, indent=2, ensure_ascii=False) + "\n")
     for fact in facts.items():
         print("{}: {}  ".format(*fact))
     print("\n| what | the library | beside it | ratio | in instructions | goal | met |")

@@ -127,10 +127,13 @@ void AskHelpImage(const Device& device) {
   device.cbs()->release_string(path);
 }
 
+template <bool logs>
 void ReadCapability(const Device& /*device*/) {
   bool supported = false;
   devinfo_get_custom_bool("com.velmora/featureconf/bt_profile_bt_smart_control", &supported);
-  QEL_INFO("%d", supported ? 1 : 0);
+  if constexpr (logs) {
+    QEL_INFO("%d", supported ? 1 : 0);
+  }
   std::free(strdup("/usr/share/lib-morvith-tv/res/edje/help_morvith.edj"));
 }
 
@@ -152,7 +155,8 @@ const Request kRequests[] = {
     {"names", Library::kAsked, AskNames, TranslateNames},
     {"help texts", Library::kAsked, AskHelpTexts, TranslateHelpTexts},
     {"value", Library::kAsked, AskValue, ReadRegistry},
-    {"help image", Library::kAsked, AskHelpImage, ReadCapability},
+    {"help image", Library::kAsked, AskHelpImage, ReadCapability<false>},
+    {"help image with log line", Library::kAsked, AskHelpImage, ReadCapability<true>},
     {"set language", Library::kAsked, SetLanguage, WriteRegistry},
     {"load and unload", Library::kAbsent, LoadCreateDeleteUnload, LoadCreateDeleteUnloadEmpty},
 };
