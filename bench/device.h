@@ -9,9 +9,6 @@
 
 #include "plugin.h"
 
-inline constexpr char kLanguageKey[] = "db/ime/keyboard_language_name";
-inline constexpr char kTypeKey[] = "db/ime/hardware_keyboard_name";
-
 enum class Library { kAbsent, kLoaded, kAsked };
 
 class Device {

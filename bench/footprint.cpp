@@ -12,8 +12,6 @@
 
 namespace {
 
-constexpr char kPageKey[] = "menu/system/external_device_manager/keyboard-settings";
-
 // In KiB: all of the file's mappings that the process wrote to or had relocated, and those that
 // it may still write to.
 struct Pages {

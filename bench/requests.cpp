@@ -15,7 +15,6 @@
 
 namespace {
 
-constexpr char kPageKey[] = "menu/system/external_device_manager/keyboard-settings";
 constexpr char kLanguage[] = "ko_KR";
 
 constexpr std::size_t kTypeTextSize = 256;

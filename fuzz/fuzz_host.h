@@ -8,10 +8,7 @@
 #include <vector>
 
 #include "data_provider.h"
-
-inline constexpr char kPageKey[] = "menu/system/external_device_manager/keyboard-settings";
-inline constexpr char kLanguageKey[] = "db/ime/keyboard_language_name";
-inline constexpr char kTypeKey[] = "db/ime/hardware_keyboard_name";
+#include "plugin.h"
 
 long LiveHeapBlocks();
 

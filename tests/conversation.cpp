@@ -12,9 +12,7 @@
 namespace {
 
 const std::map<std::string, std::string> kKeys = {
-    {"page", "menu/system/external_device_manager/keyboard-settings"},
-    {"language", "db/ime/keyboard_language_name"},
-    {"type", "db/ime/hardware_keyboard_name"}};
+    {"page", kPageKey}, {"language", kLanguageKey}, {"type", kTypeKey}};
 
 std::string Key(const std::string& word) {
   const auto found = kKeys.find(word);

@@ -15,10 +15,6 @@
 
 namespace {
 
-constexpr char kPageKey[] = "menu/system/external_device_manager/keyboard-settings";
-constexpr char kLanguageKey[] = "db/ime/keyboard_language_name";
-constexpr char kTypeKey[] = "db/ime/hardware_keyboard_name";
-
 using Registry = std::map<std::string, std::string>;
 const Registry kBefore = {{kLanguageKey, "ko_KR"}, {kTypeKey, "ko_KR.us_intl_ibm103i"}};
 const Registry kLanguageWritten = {{kLanguageKey, "en_US"}, {kTypeKey, "ko_KR.us_intl_ibm103i"}};

@@ -4,6 +4,11 @@
 
 #include "data_provider.h"
 
+// Keys of its menu items.
+inline constexpr char kPageKey[] = "menu/system/external_device_manager/keyboard-settings";
+inline constexpr char kLanguageKey[] = "db/ime/keyboard_language_name";
+inline constexpr char kTypeKey[] = "db/ime/hardware_keyboard_name";
+
 class Plugin {
  public:
   Plugin();  // the library under test

@@ -18,8 +18,6 @@
 
 namespace {
 
-constexpr char kLanguageKey[] = "db/ime/keyboard_language_name";
-
 std::string Repeated(const std::string& text, int times) {
   std::string repeated;
   for (int i = 0; i < times; ++i) {
