@@ -30,7 +30,6 @@ REQUESTS = [
     ("help texts", "shipped", 1.15),
     ("value", "shipped", 1.8),
     ("help image", "shipped", 1.8),
-    ("help image with log line", "shipped", None),
     ("set language", "shipped", 2.5),
     ("load and unload", "shipped", None),
 ]

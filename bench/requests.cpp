@@ -126,13 +126,9 @@ void AskHelpImage(const Device& device) {
   device.cbs()->release_string(path);
 }
 
-template <bool logs>
 void ReadCapability(const Device& /*device*/) {
   bool supported = false;
   devinfo_get_custom_bool("com.velmora/featureconf/bt_profile_bt_smart_control", &supported);
-  if constexpr (logs) {
-    QEL_INFO("%d", supported ? 1 : 0);
-  }
   std::free(strdup("/usr/share/lib-morvith-tv/res/edje/help_morvith.edj"));
 }
 
@@ -154,8 +150,7 @@ const Request kRequests[] = {
     {"names", Library::kAsked, AskNames, TranslateNames},
     {"help texts", Library::kAsked, AskHelpTexts, TranslateHelpTexts},
     {"value", Library::kAsked, AskValue, ReadRegistry},
-    {"help image", Library::kAsked, AskHelpImage, ReadCapability<false>},
-    {"help image with log line", Library::kAsked, AskHelpImage, ReadCapability<true>},
+    {"help image", Library::kAsked, AskHelpImage, ReadCapability},
     {"set language", Library::kAsked, SetLanguage, WriteRegistry},
     {"load and unload", Library::kAbsent, LoadCreateDeleteUnload, LoadCreateDeleteUnloadEmpty},
 };

@@ -16,6 +16,6 @@ struct Request {
 
 inline constexpr const char* kConfigurations[] = {"shipped", "real_x1", "real_x10", "real_x100"};
 
-extern const Request kRequests[10];
+extern const Request kRequests[9];
 
 #endif

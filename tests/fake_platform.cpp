@@ -78,16 +78,15 @@ void init_data_provider_cbs(data_provider_cbs* table) {
 }
 
 int __qlog_print(int log_id, int priority, const char* tag, const char* format, ...) {
+  if (!Platform().keeps_log) {
+    return 0;
+  }
   const NoRefusals fake_is_exempt;
   char text[4096];
   va_list arguments;
   va_start(arguments, format);
   std::vsnprintf(text, sizeof(text), format, arguments);
   va_end(arguments);
-  if (!Platform().keeps_log) {
-    return 0;
-  }
-
   const std::lock_guard lock(g_mutex);
   char function[64] = "";
   int end = 0;

@@ -12,7 +12,7 @@ struct FakePlatform {
   // What it has and how it fails, each by its name; CONTRIBUTING.md lists them.
   std::map<std::string, std::string> settings = {{"languages", "0 1"}};
 
-  bool keeps_log = true;  // if not, lines are formatted and dropped
+  bool keeps_log = true;  // if not, lines are dropped as below the level that is logged
   std::string log;  // a line each: "E LoadKeyboardConfig: message"; W and I for the other levels
   int language_requests = 0;
 };
