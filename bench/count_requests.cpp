@@ -11,8 +11,8 @@ namespace {
 
 void CountWork(const char* configuration, const Request& request, Work work, const char* side) {
   // Counted is the last: the others pay what is paid once, and settle the heap.
-  const int rounds = request.library == Library::kAsked ? 100 : 3;
-  Device device(configuration, request.library);
+  const int rounds = request.start == Library::kAsked ? 100 : 3;
+  Device device(configuration, request.start);
   for (int round = 1; round <= rounds; ++round) {
     device.Prepare();
     if (round == rounds) {

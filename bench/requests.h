@@ -9,7 +9,7 @@ using Work = void (*)(const Device& device);
 
 struct Request {
   const char* name;
-  Library library;  // what it is when the request comes
+  Library start;  // how far the library is when the request comes
   Work ask;
   Work floor;
 };

@@ -7,8 +7,8 @@
 namespace {
 
 void Time(benchmark::State& state, const char* configuration, const Request& request, Work work) {
-  Device device(configuration, request.library);
-  const bool prepares = request.library == Library::kLoaded;
+  Device device(configuration, request.start);
+  const bool prepares = request.start == Library::kLoaded;
   if (!prepares) {
     work(device);
   }
