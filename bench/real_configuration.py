@@ -11,6 +11,7 @@ import xml.etree.ElementTree
 
 RULES = pathlib.Path("/usr/share/X11/xkb/rules/evdev.xml")
 LANGUAGES = pathlib.Path("/usr/share/iso-codes/json/iso_639-3.json")
+BOARD = "ibm105"
 
 
 def texts(item, path):
@@ -28,7 +29,7 @@ def read_rules():
         for item in [base, *layout.iterfind("variantList/variant/configItem")]:
             parts = dict.fromkeys((base, item))
             stem = "_".join(part.findtext("name") for part in parts).lower().replace("-", "_")
-            type_id = f"{stem}_ibm105"
+            type_id = f"{stem}_{BOARD}"
             names.append({"name": type_id, "display_name": item.findtext("description")})
             # A variant is for the languages and countries of its layout unless it has its own.
             languages, countries = (
@@ -40,9 +41,13 @@ def read_rules():
     return names, locales
 
 
-def copy(names, locales, suffix):
-    rows = [{**row, "name": row["name"] + suffix} for row in names]
-    lists = [{"lang_local": locale + suffix, "keyboard_types": [each + suffix for each in types]}
+def copy(names, locales, number):
+    """Of another board and other locales, and hardly longer: ten copies are ten times the text."""
+    def renamed(type_id):
+        return type_id.replace(BOARD, f"ibm{105 + number}")
+    rows = [{**row, "name": renamed(row["name"])} for row in names]
+    lists = [{"lang_local": f"{locale}{number or ''}",
+              "keyboard_types": [renamed(each) for each in types]}
              for locale, types in locales.items()]
     return rows, lists
 
@@ -54,7 +59,7 @@ def lines(rows):
 
 def main(output, factor="1"):
     rules = read_rules()
-    copies = [copy(*rules, f"_{number}" if number else "") for number in range(int(factor))]
+    copies = [copy(*rules, number) for number in range(int(factor))]
     names, locales = ([row for each in copies for row in each[part]] for part in (0, 1))
     file = pathlib.Path(output)
     file.parent.mkdir(parents=True, exist_ok=True)

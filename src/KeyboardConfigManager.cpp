@@ -6,7 +6,9 @@
 #include <utility>
 
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <json-glib/json-glib.h>
+#include <unistd.h>
 
 #include "json_nesting.h"
 #include "log.h"
@@ -25,7 +27,6 @@ constexpr std::size_t kNestingLimit = 500;
 struct GlibDeleter {
   void operator()(JsonParser* parser) const { g_object_unref(parser); }
   void operator()(GError* error) const { g_error_free(error); }
-  void operator()(gchar* text) const { g_free(text); }
 };
 template <typename T>
 using GlibPtr = std::unique_ptr<T, GlibDeleter>;
@@ -49,13 +50,21 @@ void KeepJsonGlibLoaded() {
   }
 }
 
-// A file that cannot be read is left to the parser to report.
+// Read in parts: memory for the whole file, taken and given back, would have the C library serve
+// the parser in a slower way. A file that cannot be read is left to the parser to report.
 bool NestsTooDeep(const std::string& path) {
-  gchar* contents = nullptr;
-  gsize length = 0;
-  g_file_get_contents(path.c_str(), &contents, &length, nullptr);
-  const GlibPtr<gchar> owned(contents);
-  return owned && NestsDeeperThan({contents, length}, kNestingLimit);
+  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (file < 0) {
+    return false;
+  }
+  JsonNesting nesting;
+  char part[4096];
+  ssize_t length = 0;
+  while ((length = read(file, part, sizeof(part))) > 0) {
+    nesting.Read({part, static_cast<std::size_t>(length)});
+  }
+  close(file);
+  return nesting.deepest() > kNestingLimit;
 }
 
 // The next three take null for a node that is not there, and answer null for one of another type.

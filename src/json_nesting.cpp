@@ -2,82 +2,80 @@
 
 #include <algorithm>
 
-namespace {
+#include <glib.h>
 
-constexpr std::string_view kHexDigits = "0123456789abcdefABCDEF";
-
-// The escape of a UTF-16 surrogate, but for its backslash.
-bool IsSurrogate(std::string_view escape) {
-  return escape.size() == 5 && (escape[1] == 'd' || escape[1] == 'D') && escape[2] > '7';
-}
-
-// The end of the string that begins with the quote at `begin`; npos if it is no JSON string. A
-// lenient parser reads on after a surrogate that has no partner, past a quote too.
-std::size_t EndOfString(std::string_view json, std::size_t begin) {
-  // Most strings have no escape, and are found faster than read.
-  const std::size_t quote = json.find('"', begin + 1);
-  if (json.substr(begin, quote - begin).find('\\') == std::string_view::npos) {
-    return quote == std::string_view::npos ? quote : quote + 1;
-  }
-  std::size_t at = begin + 1;
-  bool paired = false;  // the escape before was the first of a pair
-  while (at < json.size() && json[at] != '"') {
-    if (json[at] != '\\') {
-      ++at;
-      continue;
-    }
-    if (json.substr(at + 1, 1) != "u") {
-      at += 2;
-      continue;
-    }
-    const std::string_view escape = json.substr(at + 1, 5);
-    at += 1 + escape.size();
-    paired = IsSurrogate(escape) && !paired;
-    const bool lone = paired && json.substr(at, 2) != "\\u";
-    if (lone || escape.find_first_not_of(kHexDigits, 1) != std::string_view::npos) {
-      return std::string_view::npos;
-    }
-  }
-  return at < json.size() ? at + 1 : std::string_view::npos;
-}
-
-std::size_t CountOpenings(std::string_view json) {
-  return static_cast<std::size_t>(
-      std::ranges::count_if(json, [](char c) { return c == '[' || c == '{'; }));
-}
-
-}  // namespace
-
-bool NestsDeeperThan(std::string_view json, std::size_t limit) {
-  std::size_t depth = 0;
-  std::size_t at = 0;
-  while (at < json.size()) {
-    switch (json[at]) {
-      case '[':
-      case '{':
-        if (++depth > limit) {
-          return true;
-        }
-        ++at;
-        break;
-      case ']':
-      case '}':
-        depth -= depth > 0 ? 1 : 0;
-        ++at;
-        break;
-      case '"':
-      case '\'':
-      case '/': {
-        const std::size_t end = json[at] == '"' ? EndOfString(json, at) : std::string_view::npos;
-        if (end == std::string_view::npos) {
-          return depth + CountOpenings(json.substr(at)) > limit;
-        }
-        at = end;
-        break;
+void JsonNesting::Read(std::string_view part) {
+  while (!part.empty()) {
+    if (m_state == State::kString) {
+      // Most of a text are strings, and their ends are found faster than read.
+      const std::string_view string = part.substr(0, part.find('"'));
+      part.remove_prefix(std::min(string.size(), string.find('\\')));
+      if (part.empty()) {
+        return;
       }
-      default:
-        ++at;
     }
+    m_state = Next(part.front());
+    part.remove_prefix(1);
   }
-  return false;
+}
+
+JsonNesting::State JsonNesting::Next(char c) {
+  switch (m_state) {
+    case State::kStructure:
+      return ReadStructure(c);
+    case State::kString:  // at the quote or backslash that Read() found
+      return c == '"' ? State::kStructure : State::kEscape;
+    case State::kEscape:
+      return c == 'u' ? State::kCode : State::kString;
+    case State::kCode:
+      return ReadCode(c);
+    // A lenient parser reads on after a surrogate that has no partner, past a quote too.
+    case State::kPartner:
+      return c == '\\' ? State::kPartnerCode : State::kNotPlain;
+    case State::kPartnerCode:
+      return c == 'u' ? State::kCode : State::kNotPlain;
+    case State::kNotPlain:
+      if (c == '[' || c == '{') {
+        Open();
+      }
+      return State::kNotPlain;
+  }
+  return m_state;
+}
+
+void JsonNesting::Open() { m_deepest = std::max(m_deepest, ++m_depth); }
+
+JsonNesting::State JsonNesting::ReadStructure(char c) {
+  switch (c) {
+    case '[':
+    case '{':
+      Open();
+      return State::kStructure;
+    case ']':
+    case '}':
+      m_depth -= m_depth > 0 ? 1 : 0;
+      return State::kStructure;
+    case '"':
+      return State::kString;
+    case '\'':
+    case '/':
+      return State::kNotPlain;
+    default:
+      return State::kStructure;
+  }
+}
+
+JsonNesting::State JsonNesting::ReadCode(char digit) {
+  const int value = g_ascii_xdigit_value(digit);
+  if (value < 0) {
+    return State::kNotPlain;
+  }
+  m_code = static_cast<std::uint16_t>(m_code << 4 | value);
+  m_digits = (m_digits + 1) % 4;
+  if (m_digits > 0) {
+    return State::kCode;
+  }
+  const bool is_surrogate = m_code >= 0xD800 && m_code <= 0xDFFF;
+  m_awaits_partner = is_surrogate && !m_awaits_partner;
+  return m_awaits_partner ? State::kPartner : State::kString;
 }
