@@ -106,12 +106,19 @@ def request_rows(build, counts):
               goal="at most 60000", met=setup <= 60000)
 
 
+def asked(build, factor):
+    """The library's answer at a multiple of the real size, and its floor, the bare parse."""
+    return ((f"{build}/bin/answer_provider", f"real_x{factor}"),
+            (f"{build}/bin/answer_parse",
+             f"{build}/bench/roots/real_x{factor}/usr/share/{CONFIG}"))
+
+
 def peer_rows(build, _):
-    ours = (f"{build}/bin/answer_provider", "real_x1")
+    ours, floor = asked(build, 1)
     peers = {(f"{build}/bin/{program}",): name for program, name in PEERS.items()
              if os.path.exists(f"{build}/bin/{program}")}
-    answers = answer([ours, *peers], REPETITIONS)
-    if len({each["types"] for each in answers.values()}) != 1:
+    answers = answer([ours, floor, *peers], REPETITIONS)
+    if len({answers[each]["types"] for each in (ours, *peers)}) != 1:
         sys.exit(f"not the same answers: {answers}")
     goals = {("libxkbregistry", "first"): 2.4, ("GnomeXkbInfo", "first"): 6.3,
              ("libxkbregistry", "repeated"): 20}
@@ -123,6 +130,9 @@ def peer_rows(build, _):
             yield Row(f"{what}, {name} beside", duration(answers[ours][key]),
                       duration(answers[peer][key]), ratio,
                       **at_least(goals.get((name, key)), ratio))
+        yield Row(f"the bare parse, {name} beside", duration(answers[floor]["first"]),
+                  duration(answers[peer]["first"]),
+                  answers[peer]["first"] / answers[floor]["first"])
         memory = [answers[each]["peak_kib"] for each in (ours, peer)]
         yield Row(f"peak memory, {name} beside", *(f"{each:.0f} KiB" for each in memory),
                   memory[1] / memory[0], goal="more than 1", met=memory[1] > memory[0])
@@ -130,10 +140,7 @@ def peer_rows(build, _):
 
 def growth_rows(build, counts):
     """First answers beside their floor, then multiples of the real size beside the real size."""
-    sizes = {factor: ((f"{build}/bin/answer_provider", f"real_x{factor}"),
-                      (f"{build}/bin/answer_parse",
-                       f"{build}/bench/roots/real_x{factor}/usr/share/{CONFIG}"))
-             for factor in (1, 10, 100)}
+    sizes = {factor: asked(build, factor) for factor in (1, 10, 100)}
     answers = answer(itertools.chain(*sizes.values()), REPETITIONS_OF_GROWTH)
     first = {factor: [answers[each]["first"] for each in commands]
              for factor, commands in sizes.items()}
