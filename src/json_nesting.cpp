@@ -35,12 +35,12 @@ JsonNesting::State JsonNesting::Next(char c) {
     case State::kPartnerCode:
       return c == 'u' ? State::kCode : State::kNotPlain;
     case State::kNotPlain:
-      if (c == '[' || c == '{') {
-        Open();
-      }
-      return State::kNotPlain;
+      break;
   }
-  return m_state;
+  if (c == '[' || c == '{') {
+    Open();
+  }
+  return State::kNotPlain;
 }
 
 void JsonNesting::Open() { m_deepest = std::max(m_deepest, ++m_depth); }

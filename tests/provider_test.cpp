@@ -163,7 +163,7 @@ TEST(Provider, SurvivesDeepNesting) {
   const std::string good = OneType("a", "A");
   for (const std::string& text :
        {R"({"deep": )" + Repeated("[", 499) + Repeated("]", 499),
-        R"({"wide": ["\u00AF\uD7A3\uE000\ud83d\uDE00")" + Repeated(",[]", 2000) + "]",
+        R"({"wide": ["\u00AF\uD7A3 \uE000 \ud83d\uDE00")" + Repeated(",[]", 2000) + "]",
         R"({"text": ")" + Repeated("[", 5000) + Repeated(R"([\"{)", 2000) + "\""}) {
     EXPECT_EQ(Types(text + "," + good), "1\nko_KR.a | A\n") << text.substr(0, 20);
   }
