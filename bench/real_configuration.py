@@ -42,7 +42,8 @@ def read_rules():
 
 
 def copy(names, locales, number):
-    """Of another board and other locales, and hardly longer: ten copies are ten times the text."""
+    """The rows again, for another board and other locales with names of about the same length, so
+    that ten copies are ten times the text."""
     def renamed(type_id):
         return type_id.replace(BOARD, f"ibm{105 + number}")
     rows = [{**row, "name": renamed(row["name"])} for row in names]

@@ -106,15 +106,15 @@ def request_rows(build, counts):
               goal="at most 60000", met=setup <= 60000)
 
 
-def asked(build, factor):
-    """The library's answer at a multiple of the real size, and its floor, the bare parse."""
+def commands(build, factor):
+    """For the library's answer at so many times the real size, and for its floor, the parse."""
     return ((f"{build}/bin/answer_provider", f"real_x{factor}"),
             (f"{build}/bin/answer_parse",
              f"{build}/bench/roots/real_x{factor}/usr/share/{CONFIG}"))
 
 
 def peer_rows(build, _):
-    ours, floor = asked(build, 1)
+    ours, floor = commands(build, 1)
     peers = {(f"{build}/bin/{program}",): name for program, name in PEERS.items()
              if os.path.exists(f"{build}/bin/{program}")}
     answers = answer([ours, floor, *peers], REPETITIONS)
@@ -140,10 +140,10 @@ def peer_rows(build, _):
 
 def growth_rows(build, counts):
     """First answers beside their floor, then multiples of the real size beside the real size."""
-    sizes = {factor: asked(build, factor) for factor in (1, 10, 100)}
+    sizes = {factor: commands(build, factor) for factor in (1, 10, 100)}
     answers = answer(itertools.chain(*sizes.values()), REPETITIONS_OF_GROWTH)
-    first = {factor: [answers[each]["first"] for each in commands]
-             for factor, commands in sizes.items()}
+    first = {factor: [answers[each]["first"] for each in pair]
+             for factor, pair in sizes.items()}
     for factor, (ours, floor) in first.items():
         yield Row(f"first answer, {SIZES[factor]}, the bare parse beside", duration(ours),
                   duration(floor), ours / floor)

@@ -7,8 +7,9 @@
 #include <string_view>
 
 // Reads a text part by part and keeps nothing of it. Exact for plain JSON. Where the text leaves
-// that (comments, single quotes, lone surrogates), a lenient parser may read it otherwise, so from
-// there on nothing closes: the text may nest less deep than is found, never deeper.
+// that (comments, single quotes, broken escapes, lone surrogates), a lenient parser may read it
+// otherwise, so from there on nothing closes: the text may nest less deep than is found, never
+// deeper.
 class JsonNesting {
  public:
   void Read(std::string_view part);
