@@ -1,6 +1,6 @@
 // The keyboard settings page as the settings application shows it.
-#ifndef MENU_HOST_KEYBOARD_PAGE_H
-#define MENU_HOST_KEYBOARD_PAGE_H
+#ifndef HOST_KEYBOARD_PAGE_H
+#define HOST_KEYBOARD_PAGE_H
 
 #include <optional>
 #include <string>
@@ -39,14 +39,12 @@ class KeyboardPage {
   // The name and the help text of each item, in the language of the user.
   std::vector<std::string> ReadTexts() const;
 
-  // Throws HostError when there is no list: types are listed for a stored language.
-  std::vector<Choice> ReadChoices(SettingId id) const;
+  // Null when the provider gives no list: types are listed for a stored language.
+  std::optional<std::vector<Choice>> ReadChoices(SettingId id) const;
 
   void Store(SettingId id, const std::string& value) const;
 
  private:
-  std::optional<std::vector<Choice>> FindChoices(SettingId id) const;
-
   const Provider& m_provider;
 };
 

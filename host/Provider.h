@@ -1,7 +1,7 @@
 // A data provider, loaded as a plug-in: its callback table as C++ calls. What the provider hands
 // out is copied and given back at once.
-#ifndef MENU_HOST_PROVIDER_H
-#define MENU_HOST_PROVIDER_H
+#ifndef HOST_PROVIDER_H
+#define HOST_PROVIDER_H
 
 #include <memory>
 #include <optional>
@@ -34,21 +34,26 @@ class Provider {
 
   void SetValue(const std::string& key, const std::string& value) const;
 
+  // As they are, for what the calls above do not let through.
+  const data_provider_cbs& table() const { return *m_table; }
+  data_provider_entry create_provider() const { return m_create_provider; }
+  data_provider_entry delete_provider() const { return m_delete_provider; }
+
  private:
   struct LibraryDeleter {
     void operator()(void* library) const;
   };
   using StringCallback = int (*)(const char* key, char** value);
 
-  template <typename Function>
-  Function Symbol(const char* name) const;
+  data_provider_entry Entry(const char* name) const;
   void CheckSlots() const;
   std::optional<std::string> Ask(StringCallback callback, const std::string& key) const;
 
   std::string m_plugin;
   std::unique_ptr<void, LibraryDeleter> m_library;
-  int (*m_delete_provider)(void** handle) = nullptr;
-  data_provider_cbs* m_callbacks = nullptr;
+  data_provider_entry m_create_provider;
+  data_provider_entry m_delete_provider;
+  data_provider_cbs* m_table = nullptr;
 };
 
 #endif

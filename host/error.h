@@ -1,6 +1,6 @@
 // What a person did or has set up in a way that cannot work: said to them as it stands.
-#ifndef MENU_HOST_ERROR_H
-#define MENU_HOST_ERROR_H
+#ifndef HOST_ERROR_H
+#define HOST_ERROR_H
 
 #include <stdexcept>
 

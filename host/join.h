@@ -1,5 +1,5 @@
-#ifndef MENU_HOST_JOIN_H
-#define MENU_HOST_JOIN_H
+#ifndef HOST_JOIN_H
+#define HOST_JOIN_H
 
 #include <string>
 #include <vector>

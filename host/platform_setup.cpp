@@ -1,19 +1,23 @@
 #include "platform_setup.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
 #include <vector>
 
+#include <glib.h>
+
 #include "error.h"
-#include "glib_ptr.h"
 #include "join.h"
+#include "rootfs.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
+constexpr char kRootVariable[] = "ROOTFS_DIR";
 constexpr char kProfileVariable[] = "DEVINFO_PROFILE";
 constexpr char kRegistryVariable[] = "KVREG_FILE";
 constexpr char kLogVariable[] = "QLOG_LEVEL";
@@ -30,17 +34,25 @@ std::string OptionOr(const std::string& option, const char* variable) {
   return !option.empty() ? option : value == nullptr ? "" : value;
 }
 
-bool IsProfile(const fs::path& file) {
-  const GlibPtr<GKeyFile> profile(g_key_file_new());
-  return g_key_file_load_from_file(profile.get(), file.c_str(), G_KEY_FILE_NONE, nullptr) !=
-             FALSE &&
-         g_key_file_has_group(profile.get(), "device") != FALSE;
+// An absolute path, below the program's own root.
+fs::path BelowOwnRoot(const std::string& path) {
+  std::error_code error;
+  const std::string folder = fs::read_symlink("/proc/self/exe", error).parent_path();
+  return folder.ends_with(HOST_BINARIES)
+             ? folder.substr(0, folder.size() - sizeof(HOST_BINARIES) + 1) + path
+             : path;
 }
 
-std::vector<std::string> InstalledProfiles() {
+bool IsProfile(const fs::path& file) {
+  g_autoptr(GKeyFile) profile = g_key_file_new();
+  return g_key_file_load_from_file(profile, file.c_str(), G_KEY_FILE_NONE, nullptr) != FALSE &&
+         g_key_file_has_group(profile, "device") != FALSE;
+}
+
+std::vector<std::string> ProfileNames(const fs::path& folder) {
   std::vector<std::string> names;
   std::error_code error;
-  for (const fs::directory_entry& entry : fs::directory_iterator(MENU_HOST_DEVICES, error)) {
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder, error)) {
     if (entry.path().extension() == kProfileSuffix) {
       names.push_back(entry.path().stem());
     }
@@ -74,19 +86,42 @@ std::string OwnRegistry() {
 
 }  // namespace
 
+std::string OwnPlugin() { return BelowOwnRoot(HOST_PLUGIN); }
+
+void UseRoot(const std::string& root) {
+  const std::string wanted = OptionOr(root, kRootVariable);
+  SetEnvironment(kRootVariable, wanted.empty() ? BelowOwnRoot("/") : fs::absolute(wanted));
+  const std::string resources = LocateFile(ROOTFS_RESOURCES);
+  std::error_code error;
+  if (!fs::is_directory(resources, error)) {
+    throw HostError("no folder '" + resources +
+                    "'. Install libmorvith-dataprovider, or name a root that has it with --root.");
+  }
+}
+
+std::string LocateFile(const std::string& path) {
+  char located[PATH_MAX];
+  if (rootfs_locate(path.c_str(), located, sizeof(located)) != 0) {
+    throw HostError("the path of '" + path + "' is too long below this root");
+  }
+  return located;
+}
+
 void UseDeviceProfile(const std::string& profile) {
   const std::string wanted = OptionOr(profile, kProfileVariable);
   const std::string name = wanted.empty() ? kDefaultProfile : wanted;
-  const fs::path installed = fs::path(MENU_HOST_DEVICES) / (name + kProfileSuffix);
-  for (const fs::path& candidate : {installed, fs::path(name)}) {
-    if (IsProfile(candidate)) {
-      SetEnvironment(kProfileVariable, candidate);
-      return;
-    }
+  const fs::path folder = BelowOwnRoot(HOST_DEVICES);
+  std::vector<fs::path> candidates = {name};
+  if (name.find('/') == std::string::npos) {
+    candidates.insert(candidates.begin(), folder / (name + kProfileSuffix));
   }
-  throw HostError("no device profile '" + name +
-                  "'. Give a key file with a group [device], or one of: " +
-                  Join(InstalledProfiles()) + " (in " MENU_HOST_DEVICES ").");
+  const auto found = std::ranges::find_if(candidates, IsProfile);
+  if (found == candidates.end()) {
+    throw HostError("no device profile '" + name +
+                    "'. Give a key file with a group [device], or one of: " +
+                    Join(ProfileNames(folder)) + " (in " + folder.string() + ").");
+  }
+  SetEnvironment(kProfileVariable, *found);
 }
 
 void UseRegistry(const std::string& file) {
@@ -101,12 +136,12 @@ void UseRegistry(const std::string& file) {
 }
 
 TemporaryRegistry::TemporaryRegistry() {
-  const GlibPtr<gchar> folder(g_dir_make_tmp("menu-host-XXXXXX", nullptr));
-  if (!folder) {
+  g_autofree gchar* folder = g_dir_make_tmp("menu-host-XXXXXX", nullptr);
+  if (folder == nullptr) {
     throw HostError(std::string("cannot make a folder for a temporary registry in '") +
                     g_get_tmp_dir() + "'. Name another place with TMPDIR.");
   }
-  m_folder = folder.get();
+  m_folder = folder;
   SetEnvironment(kRegistryVariable, fs::path(m_folder) / "registry.db");
 }
 

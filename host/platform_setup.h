@@ -1,11 +1,25 @@
 // Where the platform's stand-ins find what they need, told to them before the plug-in is loaded.
-#ifndef MENU_HOST_PLATFORM_SETUP_H
-#define MENU_HOST_PLATFORM_SETUP_H
+//
+// A program finds its own root by where it lies: it is "/" for one in /usr/bin, and a folder that
+// is laid out like a device for one in its usr/bin, as the build's is.
+#ifndef HOST_PLATFORM_SETUP_H
+#define HOST_PLATFORM_SETUP_H
 
 #include <string>
 
-// `profile` is a file, or the name of an installed profile; empty for $DEVINFO_PROFILE, or else
-// "global". Throws HostError if there is no such profile.
+// The plug-in below the program's own root.
+std::string OwnPlugin();
+
+// `root` is a folder that has the library's files where a device has them; empty for $ROOTFS_DIR,
+// or else the program's own root. Throws HostError if there are none.
+void UseRoot(const std::string& root);
+
+// Where a file that the provider names lies below the root in use.
+std::string LocateFile(const std::string& path);
+
+// `profile` is a file if it has a slash, otherwise a profile below the program's own root, or else
+// a file; empty for $DEVINFO_PROFILE, or else "global". Throws HostError if there is no such
+// profile.
 void UseDeviceProfile(const std::string& profile);
 
 // `file` is made by the first write; empty for $KVREG_FILE, or else a file in the user's own state

@@ -9,6 +9,7 @@
 
 #include <libintl.h>
 
+#include "data_provider.h"
 #include "error.h"
 #include "join.h"
 
@@ -20,7 +21,7 @@ extern "C" int _nl_msg_cat_cntr;
 namespace {
 
 fs::path CatalogueOf(const fs::path& folder) {
-  return folder / "LC_MESSAGES" / (std::string(kTextDomain) + ".mo");
+  return folder / "LC_MESSAGES" / (DATA_PROVIDER_TEXT_DOMAIN ".mo");
 }
 
 bool HasCatalogue(const fs::path& folder) {
@@ -51,7 +52,7 @@ void UseUiLanguage(const std::string& locale) {
 }
 
 std::optional<std::string> FindCatalogue(const std::string& locale) {
-  const fs::path directory = bindtextdomain(kTextDomain, nullptr);
+  const fs::path directory = bindtextdomain(DATA_PROVIDER_TEXT_DOMAIN, nullptr);
   for (const std::string& name : {locale, locale.substr(0, locale.find('_'))}) {
     if (HasCatalogue(directory / name)) {
       return name;
@@ -62,7 +63,7 @@ std::optional<std::string> FindCatalogue(const std::string& locale) {
 
 void CheckCatalogue(const std::string& locale) {
   if (!FindCatalogue(locale)) {
-    const fs::path directory = bindtextdomain(kTextDomain, nullptr);
+    const fs::path directory = bindtextdomain(DATA_PROVIDER_TEXT_DOMAIN, nullptr);
     throw HostError("no catalogue for the language '" + locale + "' in " + directory.string() +
                     ". There are: " + Join(Catalogues(directory)) + ".");
   }

@@ -1,13 +1,10 @@
 // The language in which the user reads the page. Independent of the machine's locales: gettext
 // takes it from LANGUAGE, over the C library's own UTF-8 locale.
-#ifndef MENU_HOST_UI_LANGUAGE_H
-#define MENU_HOST_UI_LANGUAGE_H
+#ifndef HOST_UI_LANGUAGE_H
+#define HOST_UI_LANGUAGE_H
 
 #include <optional>
 #include <string>
-
-// The provider's text domain, in which the host translates what the provider leaves to it.
-inline constexpr char kTextDomain[] = "lib-morvith-tv";
 
 // In place of a locale: texts stay message ids.
 inline constexpr char kNoLanguage[] = "C";

@@ -1,35 +1,18 @@
 #include "KeyboardConfigManager.h"
 
 #include <exception>
-#include <memory>
-#include <new>
-#include <utility>
 
 #include <dlfcn.h>
-#include <fcntl.h>
 #include <json-glib/json-glib.h>
-#include <unistd.h>
 
-#include "json_nesting.h"
 #include "log.h"
 
 namespace {
 
 constexpr char kConfigPath[] = "/usr/share/lib-morvith-tv/res/config/hw_kbd_lang_config.json";
-constexpr char kJsonGlib[] = "libjson-glib-1.0.so.0";
 constexpr char kNameTable[] = "keyboard_name_map";
 constexpr char kLocaleTable[] = "lang_local_keyboard_type_table";
 constexpr char kKeyboardTypes[] = "keyboard_types";
-
-// The parser recurses: on a stack of 128 KiB it overruns at some 780 levels.
-constexpr std::size_t kNestingLimit = 500;
-
-struct GlibDeleter {
-  void operator()(JsonParser* parser) const { g_object_unref(parser); }
-  void operator()(GError* error) const { g_error_free(error); }
-};
-template <typename T>
-using GlibPtr = std::unique_ptr<T, GlibDeleter>;
 
 using NameTable = std::unordered_map<std::string, std::string>;
 using LocaleTable = std::unordered_map<std::string, std::vector<std::string>>;
@@ -45,27 +28,11 @@ struct Filling {
 // GObject never forgets a registered type, nor can a type be registered twice. If JSON-GLib were
 // unloaded together with this library, its types would be lost for the rest of the process.
 void KeepJsonGlibLoaded() {
-  if (dlopen(kJsonGlib, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE) == nullptr) {
-    throw std::bad_alloc();  // it is loaded: nothing else can have failed
+  Dl_info json_glib = {};
+  if (dladdr(reinterpret_cast<void*>(json_parser_new), &json_glib) == 0 ||
+      dlopen(json_glib.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE) == nullptr) {
+    QEL_WARNING("JSON-GLib is not kept loaded: once unloaded, it cannot be used again");
   }
-}
-
-// Read in parts: a block for the whole file, once freed, raises the size from which the C library
-// maps memory, and the parser of a large file runs a fifth slower. A file that cannot be read is
-// left to the parser to report.
-bool NestsTooDeep(const std::string& path) {
-  const auto file = static_cast<int>(TEMP_FAILURE_RETRY(open(path.c_str(), O_RDONLY | O_CLOEXEC)));
-  if (file < 0) {
-    return false;
-  }
-  JsonNesting nesting;
-  char part[4096];
-  ssize_t length = 0;
-  while ((length = TEMP_FAILURE_RETRY(read(file, part, sizeof(part)))) > 0) {
-    nesting.Read({part, static_cast<std::size_t>(length)});
-  }
-  close(file);
-  return nesting.deepest() > kNestingLimit;
 }
 
 // The next three take null for a node that is not there, and answer null for one of another type.
@@ -197,23 +164,15 @@ KeyboardConfigManager::KeyboardConfigManager() { LoadKeyboardConfig(kConfigPath)
 KeyboardConfigManager::~KeyboardConfigManager() = default;
 
 void KeyboardConfigManager::LoadKeyboardConfig(const std::string& path) {
-  if (NestsTooDeep(path)) {
-    QEL_ERROR(
-        "Unable to parse '%s':nested deeper than %zu levels (brackets that open, in what is no "
-        "plain JSON)",
-        path.c_str(), kNestingLimit);
-    return;
-  }
   KeepJsonGlibLoaded();
-  const GlibPtr<JsonParser> parser(json_parser_new());
-  GError* raised = nullptr;
-  json_parser_load_from_file(parser.get(), path.c_str(), &raised);
-  if (raised != nullptr) {
-    const GlibPtr<GError> error(raised);
+  g_autoptr(JsonParser) parser = json_parser_new();
+  g_autoptr(GError) error = nullptr;
+  json_parser_load_from_file(parser, path.c_str(), &error);
+  if (error != nullptr) {
     QEL_ERROR("Unable to parse '%s':%s", path.c_str(), error->message);
     return;
   }
-  JsonObject* root = ObjectOf(json_parser_get_root(parser.get()));
+  JsonObject* root = ObjectOf(json_parser_get_root(parser));
   if (root == nullptr) {
     return;
   }

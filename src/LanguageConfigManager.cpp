@@ -1,9 +1,7 @@
 #include "LanguageConfigManager.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <iterator>
-#include <new>
 #include <span>
 #include <unordered_map>
 
@@ -117,11 +115,7 @@ LanguageConfigManager::LanguageConfigManager() {
 LanguageConfigManager::~LanguageConfigManager() = default;
 
 void LanguageConfigManager::InitLanguageInfoVec() {
-  const HeapPtr<devinfo_int_array> record(
-      static_cast<devinfo_int_array*>(std::calloc(1, sizeof(devinfo_int_array))));
-  if (!record) {
-    throw std::bad_alloc();
-  }
+  const HeapPtr<devinfo_int_array> record(AllocateZeroed<devinfo_int_array>());
   if (devinfo_get_value_int_array(DEVINFO_KEY_SYS_LANG_IDS, record.get()) != 0) {
     QEL_ERROR("devinfo_get_value_int_array Error.\n");
     return;

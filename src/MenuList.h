@@ -4,7 +4,6 @@
 #define MORVITH_MENU_LIST_H
 
 #include <cstddef>
-#include <string>
 
 struct MenuListItem {
   char* string_value;   // the choice, as its registry key stores it
@@ -33,10 +32,5 @@ class MenuList {
   void** m_items;
   int m_count = 0;
 };
-
-char* DuplicateText(const std::string& text);
-
-// `text` in a zero-filled block of 256 bytes, cut after its 254th byte.
-char* DuplicateTextBounded(const std::string& text);
 
 #endif

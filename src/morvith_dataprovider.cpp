@@ -11,15 +11,14 @@
 #include "MenuList.h"
 #include "data_provider.h"
 #include "devinfo.h"
+#include "heap.h"
 #include "log.h"
 #include "morvith_wrap.h"
 
 namespace {
 
-constexpr char kTextDomain[] = "lib-morvith-tv";
 constexpr char kLocaleDirectory[] = "/usr/share/lib-morvith-tv/res/locale";
 
-constexpr char kPageKey[] = "menu/system/external_device_manager/keyboard-settings";
 constexpr char kBluetoothHelpImage[] = "/usr/share/lib-morvith-tv/res/edje/help_morvith.edj";
 constexpr char kHelpImage[] =
     "/usr/share/lib-morvith-tv/res/image/setting_device_manager_ta_non_bt.webp";
@@ -31,26 +30,27 @@ struct ModuleInfo {
 };
 
 constexpr std::array<ModuleInfo, 3> kModuleInfo = {{
-    {"provider/owner", "rask.ovnel"},
-    {"provider/main-component", "TP_OnScreenUI"},
-    {"provider/sub-component", "TP_IME"},
+    {DATA_PROVIDER_OWNER, "rask.ovnel"},
+    {DATA_PROVIDER_MAIN_COMPONENT, "TP_OnScreenUI"},
+    {DATA_PROVIDER_SUB_COMPONENT, "TP_IME"},
 }};
 
 struct MenuItem {
   const char* key;
   const char* display_name_id;
   const char* help_text_id;
-  void (*getter)(char** value) noexcept;
+  void (*getter)(char** value);
   void (*setter)(const char* value);
   void** (*list_builder)(const char* key, int* count);
 };
 
 constexpr std::array<MenuItem, 3> menu_item_list = {{
-    {kPageKey, "COM_TV_KEYBOARD_SETTINGS_SPAUS_SETTINGS",
+    {DATA_PROVIDER_PAGE, "COM_TV_KEYBOARD_SETTINGS_SPAUS_SETTINGS",
      "COM_SID_SETTINGS_GNP_CEJUL_CONFIGURE_CONNECTED_KEYBOARD_SETTINGS", nullptr, nullptr, nullptr},
-    {kLanguageKey, "COM_TV_KEYBOARD_LANGUAGE", "COM_SID_SETTINGS_GNP_CEJUL_SET_KEYBOARD_LANGUAGE",
-     get_kvreg_lang_string, set_kvreg_lang_string, get_qel_languagelist},
-    {kTypeKey, "COM_TV_KEYBOARD_TYPE", "COM_SID_SETTINGS_GNP_CEJUL_SET_KEYBOARD_TYPE",
+    {DATA_PROVIDER_LANGUAGE, "COM_TV_KEYBOARD_LANGUAGE",
+     "COM_SID_SETTINGS_GNP_CEJUL_SET_KEYBOARD_LANGUAGE", get_kvreg_lang_string,
+     set_kvreg_lang_string, get_qel_languagelist},
+    {DATA_PROVIDER_TYPE, "COM_TV_KEYBOARD_TYPE", "COM_SID_SETTINGS_GNP_CEJUL_SET_KEYBOARD_TYPE",
      get_kvreg_type_string, set_kvreg_type_string, get_qel_typelist},
 }};
 
@@ -64,12 +64,35 @@ auto FindRow(const Rows& rows, const char* key) -> decltype(rows.data()) {
   return found == rows.end() ? nullptr : found;
 }
 
-char* CopyForHost(const char* text) {
-  char* copy = strdup(text);
-  if (copy == nullptr) {
-    QEL_ERROR("no memory for '%s'", text);
+// Says what the exception was that is being handled.
+void LogException(const char* key, const char* failure) noexcept {
+  try {
+    throw;
+  } catch (const std::exception& exception) {
+    QEL_ERROR("%s: %s: %s", key, failure, exception.what());
+  } catch (...) {
+    QEL_ERROR("%s: %s: an exception of an unknown type", key, failure);
   }
-  return copy;
+}
+
+// Carries a request out. An exception of any type, be it the platform's own, ends here and in the
+// log: none may reach the host. Returns whether there was none.
+template <typename Request>
+bool Contain(const char* key, const char* failure, Request request) noexcept {
+  try {
+    request();
+    return true;
+  } catch (...) {
+    LogException(key, failure);
+    return false;
+  }
+}
+
+// Sets `*copy` to a copy of what `text` returns, or to null.
+template <typename Text>
+void HandOut(const char* key, char** copy, Text text) noexcept {
+  *copy = nullptr;
+  Contain(key, "nothing to hand out", [&] { *copy = CopyForHost(text()); });
 }
 
 bool GetInforSupportBTSmartControl() {
@@ -89,11 +112,7 @@ int set_string(const char* key, const char* value) noexcept {
   if (item == nullptr || item->setter == nullptr) {
     return 1;
   }
-  try {
-    item->setter(value);
-  } catch (const std::exception& failure) {
-    QEL_ERROR("%s not stored, or its type not with it: %s", item->key, failure.what());
-  }
+  Contain(key, "not stored, or its type not with it", [&] { item->setter(value); });
   return 1;
 }
 
@@ -102,7 +121,8 @@ int get_int(const char* /*key*/, int* /*value*/) noexcept { return 0; }
 int get_string(const char* key, char** value) noexcept {
   const MenuItem* item = FindRow(menu_item_list, key);
   if (item != nullptr && item->getter != nullptr && value != nullptr) {
-    item->getter(value);
+    *value = nullptr;
+    Contain(key, "not read", [&] { item->getter(value); });
   }
   return 1;
 }
@@ -115,32 +135,28 @@ int release_string(char* string) noexcept {
   return 0;
 }
 
-int get_display_name(const char* key, char** name) noexcept {
-  const MenuItem* item = FindRow(menu_item_list, key);
-  if (item == nullptr || name == nullptr) {
-    return 0;
-  }
-  if (item->display_name_id == nullptr) {
-    QEL_ERROR("The display name of key %s is NULL", item->key);
-    *name = nullptr;
-    return 0;
-  }
-  *name = CopyForHost(dgettext(kTextDomain, item->display_name_id));
-  return 0;
-}
-
-int get_help_text(const char* key, char** text) noexcept {
+// The name or the help text of an item, `word` being which of them.
+int GetText(const char* key, const char* MenuItem::*message_id, const char* word,
+            char** text) noexcept {
   const MenuItem* item = FindRow(menu_item_list, key);
   if (item == nullptr || text == nullptr) {
     return 0;
   }
-  if (item->help_text_id == nullptr) {
-    QEL_ERROR("The help text of key %s is NULL", item->key);
+  if (item->*message_id == nullptr) {
+    QEL_ERROR("The %s of key %s is NULL", word, item->key);
     *text = nullptr;
     return 0;
   }
-  *text = CopyForHost(dgettext(kTextDomain, item->help_text_id));
+  HandOut(key, text, [&] { return dgettext(DATA_PROVIDER_TEXT_DOMAIN, item->*message_id); });
   return 0;
+}
+
+int get_display_name(const char* key, char** name) noexcept {
+  return GetText(key, &MenuItem::display_name_id, "display name", name);
+}
+
+int get_help_text(const char* key, char** text) noexcept {
+  return GetText(key, &MenuItem::help_text_id, "help text", text);
 }
 
 void** get_list_items(const char* key, int* count) noexcept {
@@ -148,13 +164,11 @@ void** get_list_items(const char* key, int* count) noexcept {
   if (item == nullptr || item->list_builder == nullptr || count == nullptr) {
     return nullptr;
   }
-  try {
-    return item->list_builder(key, count);
-  } catch (const std::exception& failure) {
-    QEL_ERROR("no list for %s: %s", item->key, failure.what());
+  void** list = nullptr;
+  if (!Contain(key, "no list", [&] { list = item->list_builder(key, count); })) {
     *count = 0;
-    return nullptr;
   }
+  return list;
 }
 
 int get_list_item_display_value(void* item, char** value) noexcept {
@@ -181,7 +195,7 @@ int free_list_items(void** list, int count) noexcept {
 int get_module_info(const char* key, char** value) noexcept {
   const ModuleInfo* info = FindRow(kModuleInfo, key);
   if (info != nullptr && value != nullptr) {
-    *value = CopyForHost(info->value);
+    HandOut(key, value, [&] { return info->value; });
   }
   return 0;
 }
@@ -192,7 +206,8 @@ int get_help_image_path(const char* key, char** path) noexcept {
     return -1;
   }
   if (path != nullptr) {
-    *path = CopyForHost(GetInforSupportBTSmartControl() ? kBluetoothHelpImage : kHelpImage);
+    HandOut(key, path,
+            [] { return GetInforSupportBTSmartControl() ? kBluetoothHelpImage : kHelpImage; });
   }
   return 0;
 }
@@ -218,8 +233,8 @@ void FillSlots(data_provider_cbs& table) {
 
 int create_provider(void** handle) noexcept {
   QEL_INFO("QEL menuitem provider init");
-  if (bindtextdomain(kTextDomain, kLocaleDirectory) == nullptr) {
-    QEL_ERROR("text domain %s not bound: texts stay untranslated", kTextDomain);
+  if (bindtextdomain(DATA_PROVIDER_TEXT_DOMAIN, kLocaleDirectory) == nullptr) {
+    QEL_ERROR("text domain %s not bound: texts stay untranslated", DATA_PROVIDER_TEXT_DOMAIN);
   }
   if (handle == nullptr) {
     QEL_ERROR("no handle to create a provider in");

@@ -8,6 +8,7 @@
 #include "KeyboardConfigManager.h"
 #include "LanguageConfigManager.h"
 #include "MenuList.h"
+#include "data_provider.h"
 #include "heap.h"
 #include "kvreg.h"
 #include "log.h"
@@ -17,7 +18,7 @@ namespace {
 constexpr char kDefaultKeyboardType[] = "us_intl_ibm103i";
 
 std::optional<std::string> StoredLanguage() {
-  const HeapPtr<char> stored(kvreg_get_str(kLanguageKey));
+  const HeapPtr<char> stored(kvreg_get_str(DATA_PROVIDER_LANGUAGE));
   return stored ? std::optional<std::string>(stored.get()) : std::nullopt;
 }
 
@@ -41,9 +42,9 @@ std::string TypeValue(const std::string& lang_local, const std::string& keyboard
 
 }  // namespace
 
-void get_kvreg_lang_string(char** value) noexcept { *value = kvreg_get_str(kLanguageKey); }
+void get_kvreg_lang_string(char** value) { *value = kvreg_get_str(DATA_PROVIDER_LANGUAGE); }
 
-void get_kvreg_type_string(char** value) noexcept { *value = kvreg_get_str(kTypeKey); }
+void get_kvreg_type_string(char** value) { *value = kvreg_get_str(DATA_PROVIDER_TYPE); }
 
 void set_kvreg_lang_string(const char* value) {
   if (value == nullptr) {
@@ -51,20 +52,20 @@ void set_kvreg_lang_string(const char* value) {
     return;
   }
   const std::string language = SupportedOrDefault(value);
-  if (kvreg_set_str(kLanguageKey, language.c_str()) != 0) {
+  if (kvreg_set_str(DATA_PROVIDER_LANGUAGE, language.c_str()) != 0) {
     QEL_ERROR("Fail Set Default Keyboard Language");
     return;
   }
   set_kvreg_type_string(TypeValue(language, FirstKeyboardType(language)).c_str());
 }
 
-void set_kvreg_type_string(const char* value) noexcept {
+void set_kvreg_type_string(const char* value) {
   if (value == nullptr) {
     QEL_ERROR("no keyboard type to store: the value is null");
     return;
   }
   QEL_INFO("set keyboard_language = %s", value);
-  if (kvreg_set_str(kTypeKey, value) != 0) {
+  if (kvreg_set_str(DATA_PROVIDER_TYPE, value) != 0) {
     QEL_ERROR("Fail Set Default Keyboard Type");
   }
 }
@@ -75,8 +76,8 @@ void** get_qel_languagelist(const char* /*key*/, int* count) {
   MenuList list(languages.size());
   for (const LanguageInfo& language : languages) {
     MenuListItem& item = list.AddItem();
-    item.display_value = DuplicateText(language.lang_sid);
-    item.string_value = DuplicateText(language.lang_local);
+    item.display_value = CopyForHost(language.lang_sid.c_str());
+    item.string_value = CopyForHost(language.lang_local.c_str());
   }
   *count = static_cast<int>(languages.size());
   return list.Release();
@@ -95,8 +96,8 @@ void** get_qel_typelist(const char* /*key*/, int* count) {
   MenuList list(keyboards.size());
   for (const std::string& keyboard : keyboards) {
     MenuListItem& item = list.AddItem();
-    item.display_value = DuplicateTextBounded(config.GetKeyboardDisplayName(keyboard));
-    item.string_value = DuplicateTextBounded(TypeValue(*language, keyboard));
+    item.display_value = CopyTypeForHost(config.GetKeyboardDisplayName(keyboard));
+    item.string_value = CopyTypeForHost(TypeValue(*language, keyboard));
   }
   *count = static_cast<int>(keyboards.size());
   return list.Release();

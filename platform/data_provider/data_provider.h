@@ -3,11 +3,8 @@
  * that a provider exports, and the callback table that they exchange. Plain C, for C11 and C++.
  *
  * The contracts below are those of the keyboard settings provider, libmorvith_dataprovider. They
- * speak of these items of the menu:
- *
- *   page      "menu/system/external_device_manager/keyboard-settings"
- *   language  "db/ime/keyboard_language_name"
- *   type      "db/ime/hardware_keyboard_name"
+ * speak of three items of the menu, whose keys are defined below: the page, and on it the language
+ * and the type.
  *
  * Conventions, unless a slot says otherwise:
  *
@@ -20,17 +17,21 @@
  *     value is left as it was.
  *  4. Text. NUL-terminated. Texts of the keyboard configuration are UTF-8. Translated texts come
  *     from gettext, in the codeset of the host's LC_CTYPE: a host whose locale is not a UTF-8 one
- *     calls bind_textdomain_codeset("lib-morvith-tv", "UTF-8") after `create_provider`.
+ *     calls bind_textdomain_codeset(DATA_PROVIDER_TEXT_DOMAIN, "UTF-8") after `create_provider`.
  *  5. Errors. Nothing throws and nothing aborts, whatever the data files, the registry or the
- *     system-information service answer. What fails is written to the platform log (tag "IME_QEL")
- *     where it happens.
+ *     system-information service answer; an exception of any type that one of them lets out ends
+ *     within the call. What fails is written to the platform log (tag "IME_QEL") where it happens.
  *  6. Memory exhausted. The request fails as its slot says, leaks nothing, and is answered anew the
  *     next time. Two limits: the C++ runtime ends the process when memory runs out while the
  *     library is being loaded, in which its language table is built; GLib ends it when it is
  *     refused memory while it reads the keyboard configuration, on the first request that needs it.
  *  7. Threads. A callback runs on the thread that calls it. The provider has no threads and no
  *     locks. Calls may overlap as far as the platform's services allow it: the configuration is
- *     loaded once, whoever asks first, and only read from then on.
+ *     loaded once, whoever asks first, and only read from then on. A call runs to its end: to
+ *     cancel its thread (pthread_cancel) or to leave it with longjmp ends the process or loses what
+ *     the call holds, so a host that cancels threads disables that around its calls. The log, the
+ *     registry and the system-information service must not call back into the provider: a request
+ *     that is the first to load the configuration would wait for itself.
  *  8. Lifetime. The callbacks are valid as long as the library is loaded. Give back every list
  *     before unloading: reading and freeing one needs the library. What was read from the device
  *     (its languages, the keyboard configuration) is read once and kept until the library is
@@ -54,6 +55,22 @@ extern "C" {
 #endif
 
 #define DATA_PROVIDER_EXPORT __attribute__((visibility("default")))
+
+/* Keys of the items. Those of the language and the type are also their keys in the registry. */
+#define DATA_PROVIDER_PAGE "menu/system/external_device_manager/keyboard-settings"
+#define DATA_PROVIDER_LANGUAGE "db/ime/keyboard_language_name"
+#define DATA_PROVIDER_TYPE "db/ime/hardware_keyboard_name"
+
+/* Keys of the module information: who answers for the provider. */
+#define DATA_PROVIDER_OWNER "provider/owner"
+#define DATA_PROVIDER_MAIN_COMPONENT "provider/main-component"
+#define DATA_PROVIDER_SUB_COMPONENT "provider/sub-component"
+
+/* The text domain of names, help texts and the names of languages. */
+#define DATA_PROVIDER_TEXT_DOMAIN "lib-morvith-tv"
+
+/* Bytes of a type's text or value, without the NUL, after which it is cut. */
+#define DATA_PROVIDER_TYPE_LENGTH 254
 
 typedef void (*data_provider_reserved)(void);
 
@@ -118,8 +135,8 @@ typedef struct data_provider_cbs {
 
   /*
    * Slot 17, offset 136. The text of a choice. For a language the message id of its name in the
-   * text domain "lib-morvith-tv", which the host translates; two languages may share one. For a
-   * type its name, cut after 254 bytes, be it within a character. The string is the item's own:
+   * text domain, which the host translates; two languages may share one. For a type its name, cut
+   * after DATA_PROVIDER_TYPE_LENGTH bytes, be it within a character. The string is the item's own:
    * never release it, it goes with the list. A null `item` has a null text. Returns 0, always.
    */
   int (*get_list_item_display_value)(void* item, char** value);
@@ -128,7 +145,7 @@ typedef struct data_provider_cbs {
   /*
    * Slot 19, offset 152. The value of a choice, as `set_string` takes and `get_string` gives it: a
    * locale code ("ko_KR"), or for a type the stored language, a full stop and the type
-   * ("ko_KR.kr_ibm106"), cut after 254 bytes. Otherwise as slot 17.
+   * ("ko_KR.kr_ibm106"), cut like the text. Otherwise as slot 17.
    */
   int (*get_list_item_string_value)(void* item, char** value);
 
@@ -145,9 +162,8 @@ typedef struct data_provider_cbs {
   data_provider_reserved reserved_25[19];
 
   /*
-   * Slot 44, offset 352. Who answers for the provider: the values of "provider/owner",
-   * "provider/main-component" and "provider/sub-component". Null when memory is exhausted.
-   * Returns 0, always.
+   * Slot 44, offset 352. Who answers for the provider, by a key of the module information. Null
+   * when memory is exhausted. Returns 0, always.
    */
   int (*get_module_info)(const char* key, char** value);
   data_provider_reserved reserved_45[3];
@@ -202,6 +218,9 @@ DATA_PROVIDER_EXPORT int create_provider(void** handle) DATA_PROVIDER_NOEXCEPT;
  * reset. Returns 0; 1 for a null `handle`.
  */
 DATA_PROVIDER_EXPORT int delete_provider(void** handle) DATA_PROVIDER_NOEXCEPT;
+
+/* Both, as a host finds them by name. */
+typedef int (*data_provider_entry)(void** handle);
 
 #ifdef __cplusplus
 }

@@ -3,9 +3,7 @@
 #include <charconv>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <system_error>
-#include <utility>
 
 #include <glib.h>
 
@@ -17,38 +15,28 @@ constexpr char kLanguageGroup[] = "device";
 constexpr char kLanguageKey[] = "system_language_ids";
 constexpr char kCustomBoolGroup[] = "custom_bool";
 
-struct GlibDeleter {
-  void operator()(GKeyFile* file) const { g_key_file_free(file); }
-  void operator()(GError* error) const { g_error_free(error); }
-  void operator()(gchar** strings) const { g_strfreev(strings); }
-};
-using KeyFile = std::unique_ptr<GKeyFile, GlibDeleter>;
-using StringVector = std::unique_ptr<gchar*, GlibDeleter>;
-
 void Log(int priority, const char* what, const char* reason) {
   __qlog_print(QLOG_ID_MAIN, priority, "DEVINFO", "%s: %s", what, reason);
 }
 
-// Logs and frees an error of GLib. Returns whether there was one.
-bool Failed(const char* what, GError* raised) {
-  const std::unique_ptr<GError, GlibDeleter> error(raised);
-  if (error) {
-    Log(QLOG_PRIORITY_ERROR, what, error->message);
-  }
-  return error != nullptr;
+void LogError(const char* what, const GError* error) {
+  Log(QLOG_PRIORITY_ERROR, what, error->message);
 }
 
 // Null, with the failure logged, when there is no profile to read.
-KeyFile LoadProfile() {
+GKeyFile* LoadProfile() {
   const char* path = std::getenv("DEVINFO_PROFILE");
   if (path == nullptr) {
     Log(QLOG_PRIORITY_ERROR, "device profile", "DEVINFO_PROFILE is not set");
     return nullptr;
   }
-  KeyFile profile(g_key_file_new());
-  GError* error = nullptr;
-  g_key_file_load_from_file(profile.get(), path, G_KEY_FILE_NONE, &error);
-  return Failed(path, error) ? nullptr : std::move(profile);
+  g_autoptr(GKeyFile) profile = g_key_file_new();
+  g_autoptr(GError) error = nullptr;
+  if (g_key_file_load_from_file(profile, path, G_KEY_FILE_NONE, &error) == FALSE) {
+    LogError(path, error);
+    return nullptr;
+  }
+  return g_steal_pointer(&profile);
 }
 
 bool ParseId(const char* text, int& id) {
@@ -64,15 +52,16 @@ int devinfo_get_value_int_array(int key, devinfo_int_array* out) {
     Log(QLOG_PRIORITY_ERROR, "integer array", "no such key");
     return -1;
   }
-  const KeyFile profile = LoadProfile();
-  if (!profile) {
+  g_autoptr(GKeyFile) profile = LoadProfile();
+  if (profile == nullptr) {
     return -1;
   }
-  GError* error = nullptr;
+  g_autoptr(GError) error = nullptr;
   gsize length = 0;
-  const StringVector entries(
-      g_key_file_get_string_list(profile.get(), kLanguageGroup, kLanguageKey, &length, &error));
-  if (Failed(kLanguageKey, error)) {
+  g_auto(GStrv) entries =
+      g_key_file_get_string_list(profile, kLanguageGroup, kLanguageKey, &length, &error);
+  if (error != nullptr) {
+    LogError(kLanguageKey, error);
     return -1;
   }
   int* values = static_cast<int*>(std::calloc(length + 1, sizeof(int)));
@@ -82,7 +71,7 @@ int devinfo_get_value_int_array(int key, devinfo_int_array* out) {
   }
   int count = 0;
   for (gsize i = 0; i < length; ++i) {
-    const char* entry = g_strstrip(entries.get()[i]);
+    const char* entry = g_strstrip(entries[i]);
     if (ParseId(entry, values[count])) {
       ++count;
     } else {
@@ -99,13 +88,14 @@ int devinfo_get_custom_bool(const char* key, bool* value) {
     Log(QLOG_PRIORITY_ERROR, "custom boolean", "a null key or out-pointer");
     return -1;
   }
-  const KeyFile profile = LoadProfile();
-  if (!profile) {
+  g_autoptr(GKeyFile) profile = LoadProfile();
+  if (profile == nullptr) {
     return -1;
   }
-  GError* error = nullptr;
-  const bool answer = g_key_file_get_boolean(profile.get(), kCustomBoolGroup, key, &error) != FALSE;
-  if (Failed(key, error)) {
+  g_autoptr(GError) error = nullptr;
+  const bool answer = g_key_file_get_boolean(profile, kCustomBoolGroup, key, &error) != FALSE;
+  if (error != nullptr) {
+    LogError(key, error);
     return -1;
   }
   *value = answer;

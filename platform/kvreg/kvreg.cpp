@@ -109,10 +109,18 @@ char* kvreg_get_str(const char* key) {
   if (step == SQLITE_DONE) {
     return nullptr;
   }
-  const unsigned char* text = step == SQLITE_ROW ? sqlite3_column_text(select.get(), 0) : nullptr;
+  if (step != SQLITE_ROW) {
+    LogFailure("read", key, Reason(database));
+    return nullptr;
+  }
+  if (sqlite3_column_type(select.get(), 0) == SQLITE_NULL) {  // in a table that is not ours
+    LogFailure("read", key, "its value is NULL");
+    return nullptr;
+  }
+  const unsigned char* text = sqlite3_column_text(select.get(), 0);
   char* value = text == nullptr ? nullptr : strdup(reinterpret_cast<const char*>(text));
   if (value == nullptr) {
-    LogFailure("read", key, step == SQLITE_ROW ? "out of memory" : Reason(database));
+    LogFailure("read", key, "out of memory");
   }
   return value;
 }

@@ -5,7 +5,10 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string_view>
+
+#include <glib.h>
 
 namespace {
 
@@ -15,6 +18,8 @@ struct Priority {
 };
 
 constexpr int kNothing = QLOG_PRIORITY_ERROR + 1;
+
+constexpr gunichar kLastCharacter = 0x10FFFF;  // GLib reports errors as values beyond it
 
 constexpr std::array<Priority, 4> kPriorities = {{{QLOG_PRIORITY_INFO, "info"},
                                                   {QLOG_PRIORITY_WARNING, "warning"},
@@ -40,9 +45,22 @@ std::string_view PriorityName(int value) {
   return found == kPriorities.end() ? "log" : found->name;
 }
 
-bool IsControl(char c) {
-  const auto byte = static_cast<unsigned char>(c);
-  return byte < 0x20 || byte == 0x7f;
+// What a terminal would not print as it stands becomes '?': control characters, those beyond ASCII
+// included, and each byte that is no UTF-8. GLib's decoder allocates nothing.
+void MakePrintable(char* text) {
+  char* end = text;
+  for (const char* at = text; *at != '\0';) {
+    const gunichar character = g_utf8_get_char_validated(at, -1);
+    const bool is_text = character <= kLastCharacter;
+    const char* next = is_text ? g_utf8_next_char(at) : at + 1;
+    if (is_text && g_unichar_iscntrl(character) == FALSE) {
+      end = std::copy(at, next, end);
+    } else {
+      *end++ = '?';
+    }
+    at = next;
+  }
+  *end = '\0';
 }
 
 }  // namespace
@@ -60,11 +78,10 @@ int __qlog_print(int /*log_id*/, int priority, const char* tag, const char* form
     return length;
   }
 
-  char* const begin = text.data();
-  char* end = begin + std::min<std::size_t>(static_cast<std::size_t>(length), text.size() - 1);
-  if (end != begin && end[-1] == '\n') {
-    *--end = '\0';
+  const std::size_t end = std::strlen(text.data());
+  if (end > 0 && text[end - 1] == '\n') {
+    text[end - 1] = '\0';
   }
-  std::replace_if(begin, end, IsControl, '?');
-  return std::fprintf(stderr, "%s %s: %s\n", PriorityName(priority).data(), tag, begin);
+  MakePrintable(text.data());
+  return std::fprintf(stderr, "%s %s: %s\n", PriorityName(priority).data(), tag, text.data());
 }

@@ -3,9 +3,9 @@
  *
  * On the device messages go to the system's log buffers. This stand-in writes one line a message to
  * standard error, "<priority> <tag>: <text>" ("warning IME_QEL: ..."): a newline at the end of the
- * text is dropped, other control characters are shown as '?', and a line is cut after 4 KiB. The
- * environment variable QLOG_LEVEL is the threshold: "info", "warning" (the default), "error" or
- * "none". Any thread may call.
+ * text is dropped, other control characters and bytes that are not UTF-8 are shown as '?', and a
+ * line is cut after 4 KiB. The environment variable QLOG_LEVEL is the threshold: "info", "warning"
+ * (the default), "error" or "none". Any thread may call.
  */
 #ifndef QLOG_H
 #define QLOG_H

@@ -1,6 +1,6 @@
 // What menu_host tells of the page, in a form for people or for scripts.
-#ifndef MENU_HOST_REPORT_H
-#define MENU_HOST_REPORT_H
+#ifndef TERMINAL_REPORT_H
+#define TERMINAL_REPORT_H
 
 #include <memory>
 #include <optional>

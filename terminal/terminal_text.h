@@ -1,6 +1,6 @@
 // Text for a terminal, in any script: wide characters take two columns, combining ones none.
-#ifndef MENU_HOST_TERMINAL_TEXT_H
-#define MENU_HOST_TERMINAL_TEXT_H
+#ifndef TERMINAL_TERMINAL_TEXT_H
+#define TERMINAL_TERMINAL_TEXT_H
 
 #include <cstddef>
 #include <string>

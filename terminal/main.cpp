@@ -45,10 +45,21 @@ void CheckStored(const Setting& language, const Setting& type, const Options& op
   }
 }
 
+std::vector<Choice> ReadChoices(const KeyboardPage& page, SettingId id) {
+  std::optional<std::vector<Choice>> choices = page.ReadChoices(id);
+  if (!choices) {
+    throw HostError(id == SettingId::kType
+                        ? "no keyboard types to choose from: no language is stored (store one with "
+                          "'menu_host set language en_US'), or the registry cannot be read"
+                        : "the provider gave no list of languages");
+  }
+  return *std::move(choices);
+}
+
 void Set(const KeyboardPage& page, const Options& options, Report& report) {
   std::vector<std::string> values;
   if (!options.force || options.setting == SettingId::kLanguage) {
-    const std::vector<Choice> choices = page.ReadChoices(options.setting);
+    const std::vector<Choice> choices = ReadChoices(page, options.setting);
     std::transform(choices.begin(), choices.end(), std::back_inserter(values),
                    [](const Choice& choice) { return choice.value; });
   }
@@ -65,9 +76,9 @@ void Set(const KeyboardPage& page, const Options& options, Report& report) {
 }
 
 void ShowModule(const Provider& provider, Report& report) {
-  report.Module({provider.ModuleInfo("provider/owner").value_or(""),
-                 provider.ModuleInfo("provider/main-component").value_or(""),
-                 provider.ModuleInfo("provider/sub-component").value_or("")});
+  report.Module({provider.ModuleInfo(DATA_PROVIDER_OWNER).value_or(""),
+                 provider.ModuleInfo(DATA_PROVIDER_MAIN_COMPONENT).value_or(""),
+                 provider.ModuleInfo(DATA_PROVIDER_SUB_COMPONENT).value_or("")});
 }
 
 void ShowPage(const KeyboardPage& page, Report& report) {
@@ -87,6 +98,7 @@ void Check(const KeyboardPage& page, Report& report) {
 
 void Run(const Options& options) {
   UseLogLevel(options.log_level);
+  UseRoot(options.root);
   UseDeviceProfile(options.device);
   const bool checks = options.command == Command::kCheck;
   std::optional<TemporaryRegistry> registry;
@@ -96,7 +108,7 @@ void Run(const Options& options) {
     UseRegistry(options.registry);
   }
   UseUiLanguage(options.ui_language);
-  const Provider provider(options.plugin);
+  const Provider provider(options.plugin.empty() ? OwnPlugin() : options.plugin);
   if (!checks) {  // the check says itself which catalogues there are not
     CheckCatalogue(options.ui_language);
   }
@@ -107,7 +119,7 @@ void Run(const Options& options) {
     case Command::kPage:
       return ShowPage(page, *report);
     case Command::kList:
-      return report->Choices(page.ReadChoices(options.setting), page.ReadSetting(options.setting));
+      return report->Choices(ReadChoices(page, options.setting), page.ReadSetting(options.setting));
     case Command::kSet:
       return Set(page, options, *report);
     case Command::kInfo:

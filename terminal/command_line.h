@@ -1,6 +1,6 @@
 // What menu_host was asked to do.
-#ifndef MENU_HOST_COMMAND_LINE_H
-#define MENU_HOST_COMMAND_LINE_H
+#ifndef TERMINAL_COMMAND_LINE_H
+#define TERMINAL_COMMAND_LINE_H
 
 #include <string>
 
@@ -11,10 +11,11 @@ enum class Command { kPage, kList, kSet, kInfo, kCheck };
 
 struct Options {
   std::string ui_language = "en_US";
+  std::string root;
   std::string device;
   std::string registry;
   std::string log_level;
-  std::string plugin = "libmorvith_dataprovider.so";
+  std::string plugin;
   bool json = false;
 
   Command command = Command::kPage;

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "glib_ptr.h"
+#include <glib.h>
 
 namespace {
 
@@ -34,9 +34,9 @@ std::vector<std::size_t> ColumnWidths(const std::vector<std::vector<std::string>
 }  // namespace
 
 std::string Printable(const std::string& text) {
-  const GlibPtr<gchar> valid(g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())));
+  g_autofree gchar* valid = g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()));
   std::string printable;
-  for (const gchar* at = valid.get(); *at != '\0'; at = g_utf8_next_char(at)) {
+  for (const gchar* at = valid; *at != '\0'; at = g_utf8_next_char(at)) {
     const gunichar character = g_utf8_get_char(at);
     char encoded[6];
     const int length = g_unichar_to_utf8(

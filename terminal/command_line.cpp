@@ -20,6 +20,11 @@ void AddOptions(CLI::App& app, Options& options) {
   app.add_option("--ui-language", options.ui_language, "language in which the page is shown")
       ->check(locale)
       ->capture_default_str();
+  app.add_option("--root", options.root,
+                 "folder laid out like a device, from which the provider reads its files (default: "
+                 "$ROOTFS_DIR, or where menu_host is installed)")
+      ->check(given)
+      ->type_name("DIR");
   app.add_option("--device", options.device,
                  "device profile: a name or a file (default: $DEVINFO_PROFILE, or global)")
       ->check(given)
@@ -32,10 +37,10 @@ void AddOptions(CLI::App& app, Options& options) {
                  "least priority of what is logged (default: $QLOG_LEVEL, or warning)")
       ->check(CLI::IsMember({"info", "warning", "error", "none"}))
       ->type_name("LEVEL");
-  app.add_option("--plugin", options.plugin, "the data provider")
+  app.add_option("--plugin", options.plugin,
+                 "the data provider (default: the one that is installed with menu_host)")
       ->check(given)
-      ->type_name("FILE")
-      ->capture_default_str();
+      ->type_name("FILE");
   app.add_flag("--json", options.json, "print one JSON document, for scripts");
 }
 

@@ -1,6 +1,6 @@
 // The whole page in every language of the device, gone through for what would trip a viewer up.
-#ifndef MENU_HOST_PAGE_CHECK_H
-#define MENU_HOST_PAGE_CHECK_H
+#ifndef TERMINAL_PAGE_CHECK_H
+#define TERMINAL_PAGE_CHECK_H
 
 #include <string>
 #include <vector>

@@ -1,0 +1,74 @@
+#include "rootfs.h"
+
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+
+#include <dlfcn.h>
+#include <json-glib/json-glib.h>
+#include <libintl.h>
+
+namespace {
+
+bool IsResource(std::string_view path) {
+  constexpr std::string_view kFolder = ROOTFS_RESOURCES;
+  return path.starts_with(kFolder) &&
+         (path.size() == kFolder.size() || path[kFolder.size()] == '/');
+}
+
+std::string_view Root() {
+  const char* variable = std::getenv("ROOTFS_DIR");
+  std::string_view root = variable == nullptr ? "" : variable;
+  while (root.ends_with('/')) {
+    root.remove_suffix(1);
+  }
+  return root;
+}
+
+// A path that is too long stays cut, and names no file.
+class Located {
+ public:
+  explicit Located(const char* path) { rootfs_locate(path, m_path, sizeof(m_path)); }
+  const char* c_str() const { return m_path; }
+
+ private:
+  char m_path[PATH_MAX];
+};
+
+// What the library that holds `caller` would have called were it not for this stand-in. JSON-GLib
+// may be loaded for that library alone, where RTLD_NEXT does not look.
+void* Original(const char* function, const void* caller) {
+  Dl_info library = {};
+  dladdr(caller, &library);
+  void* handle = dlopen(library.dli_fname, RTLD_LAZY | RTLD_NOLOAD);
+  void* original = dlsym(handle, function);
+  dlclose(handle);
+  return original;
+}
+
+}  // namespace
+
+int rootfs_locate(const char* path, char* located, size_t size) {
+  const std::string_view root = IsResource(path) ? Root() : "";
+  const int length =
+      std::snprintf(located, size, "%.*s%s", static_cast<int>(root.size()), root.data(), path);
+  return length >= 0 && static_cast<size_t>(length) < size ? 0 : -1;
+}
+
+extern "C" {
+
+[[gnu::visibility("default")]] char* bindtextdomain(const char* domain, const char* directory) {
+  const auto bind = reinterpret_cast<decltype(&bindtextdomain)>(dlsym(RTLD_NEXT, "bindtextdomain"));
+  return bind(domain, directory == nullptr ? nullptr : Located(directory).c_str());
+}
+
+[[gnu::visibility("default")]] gboolean json_parser_load_from_file(JsonParser* parser,
+                                                                   const gchar* path,
+                                                                   GError** error) {
+  const auto load = reinterpret_cast<decltype(&json_parser_load_from_file)>(
+      Original("json_parser_load_from_file", __builtin_return_address(0)));
+  return load(parser, Located(path).c_str(), error);
+}
+
+}  // extern "C"

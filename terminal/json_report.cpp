@@ -1,0 +1,71 @@
+#include <cstdio>
+
+#include <nlohmann/json.hpp>
+
+#include "report.h"
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+Json OrNull(const std::optional<std::string>& text) { return text ? Json(*text) : Json(); }
+
+Json Document(const Setting& setting) {
+  return {{"key", setting.key},
+          {"name", setting.name},
+          {"help", setting.help},
+          {"value", OrNull(setting.value)},
+          {"text", OrNull(setting.text)}};
+}
+
+// JSON is UTF-8; a text that the provider cut may end within a character.
+void Print(const Json& document) {
+  const std::string text = document.dump(2, ' ', false, Json::error_handler_t::replace);
+  std::printf("%s\n", text.c_str());
+}
+
+class JsonReport : public Report {
+ public:
+  void Page(const PageHead& head, const Setting& language, const Setting& type) override {
+    Print({{"title", head.title},
+           {"help", head.help},
+           {"help_image", head.help_image},
+           {"language", Document(language)},
+           {"type", Document(type)}});
+  }
+
+  void Choices(const std::vector<Choice>& choices, const Setting& setting) override {
+    Json listed = Json::array();
+    for (const Choice& choice : choices) {
+      listed.push_back({{"value", choice.value},
+                        {"text", choice.text},
+                        {"current", choice.value == setting.value}});
+    }
+    Print({{"setting", Document(setting)}, {"choices", listed}});
+  }
+
+  void Stored(const Setting& language, const Setting& type) override {
+    Print({{"language", Document(language)}, {"type", Document(type)}});
+  }
+
+  void Module(const ModuleNames& info) override {
+    Print({{"owner", info.owner},
+           {"main_component", info.main_component},
+           {"sub_component", info.sub_component}});
+  }
+
+  void Findings(const std::vector<Finding>& findings) override {
+    Json listed = Json::array();
+    for (const Finding& finding : findings) {
+      listed.push_back({{"where", finding.where},
+                        {"item", finding.item},
+                        {"problem", finding.problem},
+                        {"remedy", finding.remedy}});
+    }
+    Print({{"findings", listed}});
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<Report> MakeJsonReport() { return std::make_unique<JsonReport>(); }
