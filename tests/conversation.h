@@ -6,11 +6,17 @@
 #include <memory>
 #include <string>
 
-#include "plugin.h"
+#include "Provider.h"
+
+// The library that ships, or the one that $MORVITH_PLUGIN names.
+std::string PluginUnderTest();
 
 class Conversation {
  public:
   Conversation();
+  ~Conversation();  // sees that the library is gone
+  Conversation(const Conversation&) = delete;
+  Conversation& operator=(const Conversation&) = delete;
 
   // Follows one order. Returns what came of it, a line each: what the plug-in logged, then what it
   // answered. Orders to the platform have no answer.
@@ -21,9 +27,11 @@ class Conversation {
 
  private:
   bool SetUp(const std::string& command, const std::string& rest);
+  std::string AskEach(const std::string& command, const std::string& keys) const;
   std::string List(const char* key) const;
+  void Unload();
 
-  std::unique_ptr<Plugin> m_plugin;
+  std::unique_ptr<Provider> m_provider;
 };
 
 #endif

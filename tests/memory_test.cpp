@@ -4,6 +4,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 
 #include <gtest/gtest.h>
 #include <libintl.h>
@@ -16,105 +17,99 @@
 namespace {
 
 using Registry = std::map<std::string, std::string>;
-const Registry kBefore = {{kLanguageKey, "ko_KR"}, {kTypeKey, "ko_KR.us_intl_ibm103i"}};
-const Registry kLanguageWritten = {{kLanguageKey, "en_US"}, {kTypeKey, "ko_KR.us_intl_ibm103i"}};
-const Registry kLanguageStored = {{kLanguageKey, "en_US"}, {kTypeKey, "en_US.us_intl_ibm103i"}};
-const Registry kTypeStored = {{kLanguageKey, "ko_KR"}, {kTypeKey, "ko_KR.kr_ibm106"}};
+Registry Holding(const char* language, const char* type) {
+  return {{DATA_PROVIDER_LANGUAGE, language}, {DATA_PROVIDER_TYPE, type}};
+}
+const Registry kBefore = Holding("ko_KR", "ko_KR.us_intl_ibm103i");
+const Registry kLanguageWritten = Holding("en_US", "ko_KR.us_intl_ibm103i");
+const Registry kLanguageStored = Holding("en_US", "en_US.us_intl_ibm103i");
+const Registry kTypeStored = Holding("ko_KR", "ko_KR.kr_ibm106");
 
 // A request answers in full or says that it has nothing: never with a part.
 enum Answer { kNothing, kInFull, kInPart };
 
-Answer Text(const Plugin& plugin, int (*get)(const char*, char**), const char* key,
-            const char* expected) {
-  char* text = nullptr;
-  get(key, &text);
-  const Answer answer = text == nullptr                    ? kNothing
-                        : std::strcmp(text, expected) == 0 ? kInFull
-                                                           : kInPart;
-  plugin.cbs->release_string(text);
-  return answer;
-}
+using Request = std::function<Answer(const Provider& provider)>;
+using StringSlot = int (*data_provider_cbs::*)(const char* key, char** value);
 
-Answer Choices(const Plugin& plugin, const char* key) {
-  int count = 42;
-  void** list = plugin.cbs->get_list_items(key, &count);
-  Answer answer = list != nullptr ? kInFull : count == 0 ? kNothing : kInPart;
-  for (int i = 0; list != nullptr && i < 2; ++i) {
+Request Text(StringSlot slot, const char* key, const char* expected) {
+  return [=](const Provider& provider) {
     char* text = nullptr;
-    char* value = nullptr;
-    plugin.cbs->get_list_item_display_value(list[i], &text);
-    plugin.cbs->get_list_item_string_value(list[i], &value);
-    answer = count == 2 && text != nullptr && value != nullptr ? answer : kInPart;
-  }
-  plugin.cbs->free_list_items(list, count);
-  return answer;
+    (provider.table().*slot)(key, &text);
+    const bool is_whole = text != nullptr && std::strcmp(text, expected) == 0;
+    const Answer answer = text == nullptr ? kNothing : is_whole ? kInFull : kInPart;
+    provider.table().release_string(text);
+    return answer;
+  };
 }
 
-Answer Store(const Plugin& plugin, const char* key, const char* value, const Registry& stored) {
-  plugin.cbs->set_string(key, value);
-  return Platform().registry == stored ? kInFull : kNothing;
+Request Choices(const char* key) {
+  return [=](const Provider& provider) {
+    int count = 42;
+    void** list = provider.table().get_list_items(key, &count);
+    Answer answer = list != nullptr && count == 2 ? kInFull : kInPart;
+    for (int i = 0; answer == kInFull && i < count; ++i) {
+      char* text = nullptr;
+      char* value = nullptr;
+      provider.table().get_list_item_display_value(list[i], &text);
+      provider.table().get_list_item_string_value(list[i], &value);
+      answer = text != nullptr && value != nullptr ? kInFull : kInPart;
+    }
+    provider.table().free_list_items(list, count);
+    return list == nullptr && count == 0 ? kNothing : answer;
+  };
 }
 
-Answer Create(const Plugin& plugin) {
+Request Store(const char* key, const char* value, const Registry& stored) {
+  return [=](const Provider& provider) {
+    provider.table().set_string(key, value);
+    return Platform().registry == stored ? kInFull : kNothing;
+  };
+}
+
+Answer Create(const Provider& provider) {
   {
     const NoRefusals exempt;
-    bindtextdomain("lib-morvith-tv", "/");  // binding it again takes memory
+    bindtextdomain(DATA_PROVIDER_TEXT_DOMAIN, "/");  // binding it again takes memory
   }
   void* handle = &handle;
-  const int result = plugin.create_provider(&handle);
-  const bool bound = std::strcmp(bindtextdomain("lib-morvith-tv", nullptr), "/") != 0;
-  const Answer answer = result == 0 && handle != nullptr   ? bound ? kInFull : kNothing
-                        : result == 1 && handle == nullptr ? kNothing
-                                                           : kInPart;
-  plugin.delete_provider(&handle);
-  return answer;
+  const int result = provider.create_provider()(&handle);
+  const bool bound = std::strcmp(bindtextdomain(DATA_PROVIDER_TEXT_DOMAIN, nullptr), "/") != 0;
+  const bool made = result == 0 && handle != nullptr;
+  const bool refused = result == 1 && handle == nullptr;
+  provider.delete_provider()(&handle);
+  return made && bound ? kInFull : made || refused ? kNothing : kInPart;
 }
 
-using Request = Answer (*)(const Plugin& plugin);
-constexpr std::pair<const char*, Request> kRequests[] = {
+const std::pair<const char*, Request> kRequests[] = {
     {"create", Create},
-    {"name",
-     [](const Plugin& p) { return Text(p, p.cbs->get_display_name, kTypeKey, "Tastaturtyp"); }},
-    {"help",
-     [](const Plugin& p) {
-       return Text(p, p.cbs->get_help_text, kTypeKey, "Typ der Tastatur festlegen.");
-     }},
-    {"help image",
-     [](const Plugin& p) {
-       return Text(p, p.cbs->get_help_image_path, kPageKey,
-                   "/usr/share/lib-morvith-tv/res/edje/help_morvith.edj");
-     }},
+    {"name", Text(&data_provider_cbs::get_display_name, DATA_PROVIDER_TYPE, "Tastaturtyp")},
+    {"help image", Text(&data_provider_cbs::get_help_image_path, DATA_PROVIDER_PAGE,
+                        "/usr/share/lib-morvith-tv/res/edje/help_morvith.edj")},
     {"module information",
-     [](const Plugin& p) {
-       return Text(p, p.cbs->get_module_info, "provider/owner", "rask.ovnel");
-     }},
-    {"languages", [](const Plugin& p) { return Choices(p, kLanguageKey); }},
-    {"types", [](const Plugin& p) { return Choices(p, kTypeKey); }},
-    {"language", [](const Plugin& p) { return Text(p, p.cbs->get_string, kLanguageKey, "ko_KR"); }},
-    {"type",
-     [](const Plugin& p) { return Text(p, p.cbs->get_string, kTypeKey, "ko_KR.us_intl_ibm103i"); }},
-    {"set language",
-     [](const Plugin& p) { return Store(p, kLanguageKey, "en_US", kLanguageStored); }},
-    {"set type",
-     [](const Plugin& p) { return Store(p, kTypeKey, "ko_KR.kr_ibm106", kTypeStored); }},
+     Text(&data_provider_cbs::get_module_info, DATA_PROVIDER_OWNER, "rask.ovnel")},
+    {"type", Text(&data_provider_cbs::get_string, DATA_PROVIDER_TYPE, "ko_KR.us_intl_ibm103i")},
+    {"languages", Choices(DATA_PROVIDER_LANGUAGE)},
+    {"types", Choices(DATA_PROVIDER_TYPE)},
+    {"set language", Store(DATA_PROVIDER_LANGUAGE, "en_US", kLanguageStored)},
+    {"set type", Store(DATA_PROVIDER_TYPE, "ko_KR.kr_ibm106", kTypeStored)},
 };
 
 // The request in a library loaded anew, with its allocation number `index` refused, alone or with
 // all that follow. Returns whether there was one.
-bool IsRefused(Request request, std::size_t index, Refusal refusal) {
+bool IsRefused(const Request& request, std::size_t index, Refusal refusal) {
   ResetPlatform();
   Platform().registry = kBefore;
-  const Plugin plugin;
+  const Provider provider(PluginUnderTest());
   Platform().log.clear();
   RefuseAllocation(index, refusal);
-  const Answer answer = request(plugin);
+  const Answer answer = request(provider);
   const bool refused = EndRefusals();
   if (answer != kInFull) {
     EXPECT_EQ(answer, kNothing);
     EXPECT_NE(Platform().log.find("E "), std::string::npos) << Platform().log;
     EXPECT_TRUE(Platform().registry == kBefore || Platform().registry == kLanguageWritten);
   }
-  EXPECT_EQ(request(plugin), kInFull) << "the next time";
+  EXPECT_EQ(request(provider), kInFull) << "the next time";
   return refused;
 }
 
@@ -145,12 +140,11 @@ class Memory : public testing::Test {
 
 TEST_F(Memory, FailsTheRequestLeaksNothingAndAnswersTheNext) {
   for (const auto& [name, request] : kRequests) {
-    SCOPED_TRACE(name);
     for (const Refusal refusal : {Refusal::kOnce, Refusal::kFromThenOn}) {
       long live = 0;
       bool refused = true;
       for (std::size_t index = 0; refused; ++index) {
-        SCOPED_TRACE(index);
+        SCOPED_TRACE(testing::Message() << name << ", allocation " << index);
         refused = IsRefused(request, index, refusal);
         ResetPlatform();
         live = index == 0 ? LiveBlocks() : live;
@@ -164,16 +158,16 @@ TEST_F(Memory, StaysFlatOverLoadsAndUnloads) {
   prctl(PR_SET_THP_DISABLE, 1, 0, 0, 0);  // the kernel may not round resident memory up
   const char* given = std::getenv("LOAD_CYCLES");
   const int cycles = given == nullptr ? 10'000 : std::stoi(given);
-  Conversation().Say("ui-language de_DE");
   ASSERT_GT(cycles, 0);
   Footprint warm = {};
   for (int cycle = 0; cycle < cycles; ++cycle) {
     {
-      ResetPlatform();
-      const Plugin plugin;
+      const Conversation conversation;
+      setenv("LANGUAGE", "de_DE", 1);
+      const Provider provider(PluginUnderTest());
       for (const auto& [name, request] : kRequests) {
         Platform().registry = kBefore;
-        EXPECT_EQ(request(plugin), kInFull) << name;
+        EXPECT_EQ(request(provider), kInFull) << name;
       }
     }
     ResetPlatform();

@@ -12,19 +12,26 @@ struct FakePlatform {
   // What it has and how it fails, each by its name; CONTRIBUTING.md lists them.
   std::map<std::string, std::string> settings = {{"languages", "0 1"}};
 
-  bool keeps_log = true;  // if not, lines are dropped as below the level that is logged
-  std::string log;  // a line each: "E LoadKeyboardConfig: message"; W and I for the other levels
+  // A line each: "E LoadKeyboardConfig: message"; W for warnings, and I if the setting "log" is
+  // "info". Paths are the device's.
+  std::string log;
+
   int language_requests = 0;
 };
 
 FakePlatform& Platform();
 
+// What the registry holds, whether it can be read or not; "(nothing)" if it has no such key.
+std::string StoredValue(const char* key);
+
 // A new platform, with the keyboard configuration of kKeyboardConfig.
 void ResetPlatform();
 
-// What the plug-in finds in place of its configuration.
+// What the plug-in finds in place of its configuration; "missing" for none.
 void InstallKeyboardConfig(const std::string& contents);
-void RemoveKeyboardConfig();
+
+// How often that was opened since.
+int KeyboardConfigOpens();
 
 inline constexpr char kKeyboardConfig[] = R"json({
   "keyboard_name_map": [

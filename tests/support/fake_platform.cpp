@@ -1,5 +1,6 @@
 #include "fake_platform.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
@@ -9,11 +10,13 @@
 #include <fstream>
 #include <iterator>
 #include <mutex>
+#include <regex>
 #include <sstream>
-#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <sys/inotify.h>
+#include <unistd.h>
 
 #include "data_provider.h"
 #include "devinfo.h"
@@ -25,18 +28,21 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Below a folder of this process, in which the plug-in finds what it reads.
-fs::path ConfigFile() {
+// A folder of this process, below which the plug-in finds what it reads.
+const fs::path& Root() {
   static std::string folder = testing::TempDir() + "morvith.XXXXXX";
   static const fs::path root = mkdtemp(folder.data());
   const fs::path resources = root / "usr/share/lib-morvith-tv/res";
   if (fs::create_directories(resources / "config")) {
     fs::create_symlink(TEST_CATALOGUES, resources / "locale");
-    setenv("MORVITH_TEST_ROOT", root.c_str(), 1);
+    setenv("ROOTFS_DIR", root.c_str(), 1);
     std::atexit([] { fs::remove_all(root); });
   }
-  return resources / "config/hw_kbd_lang_config.json";
+  return root;
 }
+
+// Notified of what happens to the configuration.
+const int g_notifications = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
 
 // The platform's services serve any thread.
 std::mutex g_mutex;
@@ -46,7 +52,12 @@ bool Is(const char* setting, const std::string& value) {
   return found != Platform().settings.end() && found->second == value;
 }
 
-bool IsUnusable(const char* key) { return Is("unusable", key) || Is("unusable", "all"); }
+bool IsUnusable(const char* key) {
+  if (Is("throwing", key)) {
+    throw key;  // as no function of the platform may: not even an exception of the standard library
+  }
+  return Is("unusable", key) || Is("unusable", "all");
+}
 
 }  // namespace
 
@@ -55,16 +66,36 @@ FakePlatform& Platform() {
   return platform;
 }
 
+std::string StoredValue(const char* key) {
+  const std::lock_guard lock(g_mutex);
+  const auto& registry = Platform().registry;
+  const auto found = registry.find(key);
+  return found == registry.end() ? "(nothing)" : found->second;
+}
+
 void ResetPlatform() {
   Platform() = FakePlatform();
   InstallKeyboardConfig(kKeyboardConfig);
 }
 
 void InstallKeyboardConfig(const std::string& contents) {
-  std::ofstream(ConfigFile(), std::ios::binary | std::ios::trunc) << contents;
+  const fs::path file = Root() / "usr/share/lib-morvith-tv/res/config/hw_kbd_lang_config.json";
+  fs::remove(file);
+  KeyboardConfigOpens();
+  if (contents != "missing") {
+    std::ofstream(file, std::ios::binary) << contents;
+    inotify_add_watch(g_notifications, file.c_str(), IN_OPEN | IN_CLOSE);
+  }
 }
 
-void RemoveKeyboardConfig() { fs::remove(ConfigFile()); }
+int KeyboardConfigOpens() {
+  int opens = 0;
+  inotify_event event = {};
+  while (read(g_notifications, &event, sizeof(event)) > 0) {
+    opens += (event.mask & IN_OPEN) != 0 ? 1 : 0;
+  }
+  return opens;
+}
 
 extern "C" {
 
@@ -78,7 +109,7 @@ void init_data_provider_cbs(data_provider_cbs* table) {
 }
 
 int __qlog_print(int log_id, int priority, const char* tag, const char* format, ...) {
-  if (!Platform().keeps_log) {
+  if (priority == QLOG_PRIORITY_INFO && !Is("log", "info")) {
     return 0;
   }
   const NoRefusals fake_is_exempt;
@@ -87,19 +118,17 @@ int __qlog_print(int log_id, int priority, const char* tag, const char* format, 
   va_start(arguments, format);
   std::vsnprintf(text, sizeof(text), format, arguments);
   va_end(arguments);
-  const std::lock_guard lock(g_mutex);
-  char function[64] = "";
-  int end = 0;
-  std::sscanf(text, "%*[A-Za-z_].cpp: %63[A-Za-z0-9_](%*[0-9]) >%n", function, &end);
-  EXPECT_EQ(text[end], ' ') << text;
+  std::smatch line;
+  const std::string whole = text;
+  EXPECT_TRUE(std::regex_match(whole, line, std::regex(R"(\w+\.cpp: (\w+)\(\d+\) > ([\s\S]*))")))
+      << text;
   EXPECT_EQ(log_id, 0);
   EXPECT_STREQ(tag, "IME_QEL");
-  std::string& log = Platform().log;
-  log.append(1, "IWE"[priority - 4]).append(" ").append(function).append(": ");
-  for (const char c : std::string_view(text).substr(static_cast<std::size_t>(end) + 1)) {
-    log.append(c == '\n' ? "\\n" : std::string(1, c));
-  }
-  log += "\n";
+  std::string message = std::regex_replace(line.str(2), std::regex(Root().string()), "");
+  message = std::regex_replace(message, std::regex("\n"), "\\n");
+  const std::lock_guard lock(g_mutex);
+  Platform().log += std::string(1, "IWE"[priority - QLOG_PRIORITY_INFO]) + " " + line.str(1) +
+                    ": " + message + "\n";
   return 0;
 }
 
