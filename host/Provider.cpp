@@ -110,9 +110,10 @@ std::optional<std::string> Provider::Value(const std::string& key) const {
 std::optional<std::vector<ListItem>> Provider::ListItems(const std::string& key) const {
   int count = 0;
   void** list = m_table->get_list_items(key.c_str(), &count);
-  if (list == nullptr) {
-    return std::nullopt;
-  }
+  return list == nullptr ? std::nullopt : std::optional(TakeList(list, count));
+}
+
+std::vector<ListItem> Provider::TakeList(void** list, int count) const {
   std::vector<ListItem> items;
   for (int i = 0; i < count; ++i) {
     char* value = nullptr;

@@ -34,6 +34,9 @@ class Provider {
 
   void SetValue(const std::string& key, const std::string& value) const;
 
+  // Reads a list of the table's and gives it back.
+  std::vector<ListItem> TakeList(void** list, int count) const;
+
   // As they are, for what the calls above do not let through.
   const data_provider_cbs& table() const { return *m_table; }
   data_provider_entry create_provider() const { return m_create_provider; }

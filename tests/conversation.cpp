@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 #include <libintl.h>
 
+#include "failing_allocator.h"
 #include "fake_platform.h"
 
 namespace {
@@ -17,6 +18,13 @@ namespace {
 const std::map<std::string, std::string> kKeys = {{"page", DATA_PROVIDER_PAGE},
                                                   {"language", DATA_PROVIDER_LANGUAGE},
                                                   {"type", DATA_PROVIDER_TYPE}};
+
+const std::map<std::string, int (*data_provider_cbs::*)(const char*, char**)> kStringCallbacks = {
+    {"get_module_info", &data_provider_cbs::get_module_info},
+    {"get_display_name", &data_provider_cbs::get_display_name},
+    {"get_help_text", &data_provider_cbs::get_help_text},
+    {"get_help_image_path", &data_provider_cbs::get_help_image_path},
+    {"get_string", &data_provider_cbs::get_string}};
 
 std::string Key(const std::string& word) {
   const auto found = kKeys.find(word);
@@ -32,6 +40,12 @@ std::pair<std::string, std::string> SplitWord(const std::string& line) {
 // "NULL" is a null pointer, "" the empty string, anything else itself.
 const char* Argument(const std::string& text) {
   return text == "NULL" ? nullptr : text == "\"\"" ? "" : text.c_str();
+}
+
+template <typename Request>
+auto InLibrary(Request request) {
+  const Refusals allowed(true);
+  return request();
 }
 
 }  // namespace
@@ -101,31 +115,31 @@ std::string Conversation::Ask(const std::string& order) const {
   const auto [command, rest] = SplitWord(order);
   const auto [key_word, value] = SplitWord(rest);
   const std::string key = Key(key_word);
+  if (command == "opens") {
+    return std::to_string(KeyboardConfigOpens()) + "\n";
+  }
   if (command == "get_list_items") {
     return List(Argument(key));
   }
   if (command == "set_string") {
-    const int result = m_provider->table().set_string(Argument(key), Argument(value));
+    const data_provider_cbs& table = m_provider->table();
+    const int result = InLibrary([&] { return table.set_string(Argument(key), Argument(value)); });
     return std::to_string(result) + " " + StoredValue(DATA_PROVIDER_LANGUAGE) + ", " +
            StoredValue(DATA_PROVIDER_TYPE) + "\n";
   }
-  return AskEach(command, rest);
+  return command == "create" ? Create() : AskEach(command, rest);
 }
 
 std::string Conversation::AskEach(const std::string& command, const std::string& keys) const {
   const data_provider_cbs& table = m_provider->table();
-  const std::map<std::string, int (*)(const char*, char**)> kStringCallbacks = {
-      {"get_module_info", table.get_module_info},
-      {"get_display_name", table.get_display_name},
-      {"get_help_text", table.get_help_text},
-      {"get_help_image_path", table.get_help_image_path},
-      {"get_string", table.get_string}};
+  const auto callback = kStringCallbacks.at(command);
   std::string answers;
   std::istringstream words(keys);
   for (std::string word; words >> word;) {
     char untouched[] = "(untouched)";
     char* text = untouched;
-    const int result = kStringCallbacks.at(command)(Argument(Key(word)), &text);
+    const std::string key = Key(word);
+    const int result = InLibrary([&] { return (table.*callback)(Argument(key), &text); });
     answers += std::to_string(result) + " " + (text == nullptr ? "(null)" : text) + "\n";
     if (text != untouched) {
       table.release_string(text);
@@ -135,17 +149,25 @@ std::string Conversation::AskEach(const std::string& command, const std::string&
 }
 
 std::string Conversation::List(const char* key) const {
-  const data_provider_cbs& table = m_provider->table();
   int count = 42;
-  void** list = table.get_list_items(key, &count);
+  void** list = InLibrary([&] { return m_provider->table().get_list_items(key, &count); });
   if (list == nullptr) {
     return "no list, count " + std::to_string(count) + "\n";
   }
-  table.free_list_items(list, count);
   std::string answer = std::to_string(count) + "\n";
-  const std::vector<ListItem> items = m_provider->ListItems(key).value();
-  for (const ListItem& item : items) {
+  for (const ListItem& item : m_provider->TakeList(list, count)) {
     answer += item.value + " | " + item.display_value + "\n";
   }
   return answer;
+}
+
+// A second provider. The text domain is bound elsewhere first, so that binding it takes memory.
+std::string Conversation::Create() const {
+  bindtextdomain(DATA_PROVIDER_TEXT_DOMAIN, "/");
+  void* handle = &handle;
+  const int result = InLibrary([&] { return m_provider->create_provider()(&handle); });
+  const std::string bound = bindtextdomain(DATA_PROVIDER_TEXT_DOMAIN, nullptr);
+  m_provider->delete_provider()(&handle);
+  return std::to_string(result) + (handle == nullptr ? " none" : " made") +
+         (bound == "/" ? "\n" : ", bound\n");
 }

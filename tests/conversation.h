@@ -22,13 +22,15 @@ class Conversation {
   // answered. Orders to the platform have no answer.
   std::string Say(const std::string& order);
 
-  // The answer alone to a request, of a plug-in that is loaded: for threads that ask at once.
+  // The answer alone to a request, of a plug-in that is loaded: for threads that ask at once. The
+  // library's allocations may be refused within it.
   std::string Ask(const std::string& order) const;
 
  private:
   bool SetUp(const std::string& command, const std::string& rest);
   std::string AskEach(const std::string& command, const std::string& keys) const;
   std::string List(const char* key) const;
+  std::string Create() const;
   void Unload();
 
   std::unique_ptr<Provider> m_provider;

@@ -1,11 +1,11 @@
-// What takes more than a conversation: the table itself, raw lists, long texts and threads.
-#include <barrier>
+// What takes more than a conversation: the table itself, raw lists and long texts.
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
+#include <regex>
 #include <set>
-#include <thread>
-#include <vector>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -62,8 +62,8 @@ TEST(Provider, TakesNullsAndHolesAndLeavesIntegersAlone) {
   EXPECT_EQ(table.get_help_image_path(DATA_PROVIDER_PAGE, nullptr), 0);
   EXPECT_EQ(table.get_module_info(DATA_PROVIDER_OWNER, nullptr), 0);
   EXPECT_EQ(table.get_string(DATA_PROVIDER_LANGUAGE, nullptr), 1);
-  EXPECT_EQ(provider.create_provider()(nullptr), 1);
   EXPECT_EQ(LiveBlocks(), before);
+  EXPECT_EQ(provider.create_provider()(nullptr), 1);
 
   void* empty[2] = {};
   for (const auto get : {table.get_list_item_display_value, table.get_list_item_string_value}) {
@@ -82,6 +82,22 @@ TEST(Provider, TakesNullsAndHolesAndLeavesIntegersAlone) {
   EXPECT_EQ(value, 42);
 }
 
+// By the table in the documentation, for whoever writes a device's profile.
+TEST(Provider, KnowsTheLanguagesThatAreDocumented) {
+  std::ifstream file(TEST_LANGUAGE_TABLE);
+  const std::regex row(R"(\| (\d+) \| `(\w+)` \| `(\w+)` \|)");
+  std::string order = "languages";
+  std::string answer;
+  std::smatch found;
+  for (std::string line; std::getline(file, line);) {
+    if (std::regex_match(line, found, row)) {
+      order += " " + found.str(1);
+      answer += found.str(2) + " | " + found.str(3) + "\n";
+    }
+  }
+  EXPECT_EQ(Conversation().Say(order), "61\n" + answer);
+}
+
 TEST(Provider, CutsTextsOfTypesAtTheLastByteThatFits) {
   for (const std::size_t room : {0, 1}) {  // for the second byte of the last character
     const std::string name = std::string(253 - room, 'n') + "é";
@@ -92,57 +108,4 @@ TEST(Provider, CutsTextsOfTypesAtTheLastByteThatFits) {
         type + R"("]}]})");
     EXPECT_EQ(answer, "1\nxx_XX." + type.substr(0, 248) + " | " + name.substr(0, 254) + "\n");
   }
-}
-
-TEST(Provider, ServesThreadsThatAskAtOnceAndReadsTheDeviceOnce) {
-  const std::string orders[] = {"get_list_items type",       "get_list_items language",
-                                "set_string language ko_KR", "get_display_name type",
-                                "get_help_text page",        "get_string language",
-                                "get_help_image_path page",  "get_module_info provider/owner"};
-  const std::string bad = R"({"keyboard_name_map": [0], "lang_local_keyboard_type_table": [)"
-                          R"({"lang_local": "ko_KR", "keyboard_types": ["a", "b"]}]})";
-  const auto prepare = [&](Conversation& conversation) {
-    conversation.Say("ui-language de_DE");
-    conversation.Say("config " + bad);
-    conversation.Say("stored language ko_KR");
-    conversation.Say("stored type ko_KR.a");
-    conversation.Say("get_module_info");  // loads it
-  };
-  std::vector<std::string> expected;
-  {
-    Conversation alone;
-    prepare(alone);
-    for (const std::string& order : orders) {
-      expected.push_back(alone.Ask(order));
-    }
-  }
-  for (int round = 0; round < 50; ++round) {
-    constexpr std::size_t kThreads = 16;
-    Conversation conversation;
-    prepare(conversation);
-    std::barrier start(kThreads);
-    std::vector<std::thread> threads;
-    for (std::size_t thread = 0; thread < kThreads; ++thread) {
-      threads.emplace_back([&, thread] {
-        start.arrive_and_wait();
-        for (std::size_t i = 0; i < std::size(orders); ++i) {
-          const std::size_t turn = (i + thread) % std::size(orders);
-          EXPECT_EQ(conversation.Ask(orders[turn]), expected[turn]);
-        }
-      });
-    }
-    for (std::thread& thread : threads) {
-      thread.join();
-    }
-    EXPECT_EQ(Platform().language_requests, 1);
-    EXPECT_EQ(KeyboardConfigOpens(), 1);
-    EXPECT_EQ(Platform().log, "W ReadKeyboardName: keyboard_name_map[0] skipped: not an object\n");
-  }
-}
-
-TEST(Provider, OpensAConfigurationThatIsNoJsonOnceToo) {
-  Conversation conversation;
-  conversation.Say("types ]");
-  conversation.Say("get_list_items type");
-  EXPECT_EQ(KeyboardConfigOpens(), 1);
 }

@@ -21,10 +21,11 @@ void __libc_free(void* block);
 #define HEAP(function, ...) \
   (&__interceptor_##function ? __interceptor_##function : __libc_##function)(__VA_ARGS__)
 
-constinit thread_local bool g_refusing = false;
+constinit thread_local bool g_may_refuse = false;
 
 namespace {
 
+bool g_refusing = false;
 bool g_refused = false;
 std::size_t g_allocations_left = 0;
 Refusal g_refusal = Refusal::kOnce;
@@ -38,7 +39,7 @@ bool IsGlib(const void* caller) {
 }
 
 bool IsRefused(const void* caller) {
-  if (!g_refusing || IsGlib(caller) || g_allocations_left-- > 0) {
+  if (!g_may_refuse || !g_refusing || IsGlib(caller) || g_allocations_left-- > 0) {
     return false;
   }
   g_allocations_left = 0;

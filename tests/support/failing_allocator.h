@@ -7,21 +7,23 @@
 
 enum class Refusal { kOnce, kFromThenOn };
 
-// From now on this thread is refused allocation number `index`; 0 is the next one. Not counted and
-// never refused is what GLib allocates: it ends the process where it is refused memory.
+// From now on this thread, where it allows refusals, is refused allocation number `index`; 0 is the
+// next one. Not counted and never refused is what GLib allocates: it ends the process where it is
+// refused memory.
 void RefuseAllocation(std::size_t index, Refusal refusal);
 
 // Ends this. Returns whether an allocation was refused.
 bool EndRefusals();
 
 // Whether allocations of this thread are counted and may be refused.
-extern constinit thread_local bool g_refusing;
+extern constinit thread_local bool g_may_refuse;
 
-// No refusals in a scope, for what the fakes allocate for themselves.
-class NoRefusals {
+// Allows refusals in a scope, for what the library allocates, or forbids them, for what a fake
+// does.
+class Refusals {
  public:
-  NoRefusals() : m_before(std::exchange(g_refusing, false)) {}
-  ~NoRefusals() { g_refusing = m_before; }
+  explicit Refusals(bool allowed) : m_before(std::exchange(g_may_refuse, allowed)) {}
+  ~Refusals() { g_may_refuse = m_before; }
 
  private:
   bool m_before;

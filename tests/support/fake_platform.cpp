@@ -74,7 +74,8 @@ std::string StoredValue(const char* key) {
 }
 
 void ResetPlatform() {
-  Platform() = FakePlatform();
+  FakePlatform fresh;
+  std::swap(Platform(), fresh);  // an assignment would keep the blocks of the old one
   InstallKeyboardConfig(kKeyboardConfig);
 }
 
@@ -112,7 +113,7 @@ int __qlog_print(int log_id, int priority, const char* tag, const char* format, 
   if (priority == QLOG_PRIORITY_INFO && !Is("log", "info")) {
     return 0;
   }
-  const NoRefusals fake_is_exempt;
+  const Refusals none(false);
   char text[4096];
   va_list arguments;
   va_start(arguments, format);
@@ -133,7 +134,7 @@ int __qlog_print(int log_id, int priority, const char* tag, const char* format, 
 }
 
 char* kvreg_get_str(const char* key) {
-  const NoRefusals fake_is_exempt;
+  const Refusals none(false);
   const std::lock_guard lock(g_mutex);
   const auto& registry = Platform().registry;
   const auto found = registry.find(key);
@@ -141,7 +142,7 @@ char* kvreg_get_str(const char* key) {
 }
 
 int kvreg_set_str(const char* key, const char* value) {
-  const NoRefusals fake_is_exempt;
+  const Refusals none(false);
   const std::lock_guard lock(g_mutex);
   if (IsUnusable(key)) {
     return -1;
@@ -151,7 +152,7 @@ int kvreg_set_str(const char* key, const char* value) {
 }
 
 int devinfo_get_value_int_array(int key, devinfo_int_array* out) {
-  const NoRefusals fake_is_exempt;
+  const Refusals none(false);
   EXPECT_EQ(key, 227);
   EXPECT_TRUE(out->count == 0 && out->values == nullptr) << "the record was not zeroed";
   ++Platform().language_requests;
