@@ -1,4 +1,4 @@
-"""xkb-data: the layouts, variants and models that its rules list, and the keymaps they make."""
+"""xkb-data: the layouts and variants that its rules list, and the keymaps they make."""
 
 import ctypes
 import functools
@@ -21,11 +21,9 @@ class XkbData:
 
     def __init__(self):
         root = pathlib.Path(os.environ.get("XKB_CONFIG_ROOT", "/usr/share/X11/xkb"))
-        self.models, self.variants = set(), {}
+        self.variants = {}
         for listing in (f"{self.RULES}.xml", f"{self.RULES}.extras.xml"):
             rules = xml.etree.ElementTree.parse(root / "rules" / listing)
-            models = rules.iterfind("modelList/model/configItem/name")
-            self.models |= {model.text for model in models}
             for layout in rules.iterfind("layoutList/layout"):
                 variants = self.variants.setdefault(layout.findtext("configItem/name"), set())
                 names = layout.iterfind("variantList/variant/configItem/name")
@@ -40,14 +38,13 @@ class XkbData:
         if not self._library.xkb_context_include_path_append(self._context, os.fsencode(root)):
             raise FileNotFoundError(f"{root} is no folder of xkb-data")
 
-    def unlisted(self, layout, variant, model):
-        """What the rules do not list, as "layout 'xx'": libxkbcommon itself takes any model."""
+    def unlisted(self, layout, variant):
+        """What the rules do not list, as "layout 'xx'", if there is anything."""
         if layout not in self.variants:
-            yield f"layout {layout!r}"
-        elif variant and variant not in self.variants[layout]:
-            yield f"variant {variant!r} of layout {layout!r}"
-        if model not in self.models:
-            yield f"model {model!r}"
+            return f"layout {layout!r}"
+        if variant and variant not in self.variants[layout]:
+            return f"variant {variant!r} of layout {layout!r}"
+        return None
 
     @functools.cache
     def symbols(self, layout, variant, model):

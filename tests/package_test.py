@@ -1,57 +1,66 @@
-"""What the device's Debian package holds: paths, owners, modes, size, and a hardened library."""
+"""The device's Debian package: what it holds, the library's form, the pictures, and the texts."""
 
 import glob
 import os
+import pathlib
 import re
 import subprocess
 import tempfile
 import unittest
 
-SOURCE = os.environ["MORVITH_SOURCE"]
+SOURCE = pathlib.Path(os.environ["MORVITH_SOURCE"])
+PACKAGE, = glob.glob(f"{os.environ['PACKAGES']}/libmorvith-dataprovider_*.deb")
 RESOURCES = "usr/share/lib-morvith-tv/res"
-FILES = {
-    "usr/lib/<triplet>/libmorvith_dataprovider.so",
-    f"{RESOURCES}/config/hw_kbd_lang_config.json",
-    f"{RESOURCES}/edje/help_morvith.edj",
-    f"{RESOURCES}/image/setting_device_manager_ta_non_bt.webp",
-}
+EDJ = f"{RESOURCES}/edje/help_morvith.edj"
+WEBP = f"{RESOURCES}/image/setting_device_manager_ta_non_bt.webp"
 
 
-def dpkg_deb(option, *arguments):
-    package, = glob.glob(f"{os.environ['PACKAGES']}/libmorvith-dataprovider_*.deb")
-    return subprocess.run(["dpkg-deb", option, package, *arguments], check=True,
-                          capture_output=True, text=True).stdout
+def output(*command):
+    return subprocess.run(command, check=True, capture_output=True, text=True).stdout
 
 
 class PackageTest(unittest.TestCase):
-    def test_holds_the_library_and_its_data_readable_by_all_and_nothing_else(self):
-        files = set()
-        for line in dpkg_deb("--contents").splitlines():
-            mode, owner, *_, path = line.split()
-            path = re.sub("^usr/lib/[^/]+/", "usr/lib/<triplet>/", path.removeprefix("./"))
-            self.assertEqual((mode, owner), ("drwxr-xr-x" if path.endswith("/") else "-rw-r--r--",
-                                             "root/root"), path)
-            files |= set() if path.endswith("/") else {path}
-        languages = [os.path.splitext(os.path.basename(po))[0]
-                     for po in glob.glob(f"{SOURCE}/res/locale/*.po")]
-        self.assertEqual(len(languages), 61)
-        self.assertEqual(files, FILES | {
-            f"{RESOURCES}/locale/{language}/LC_MESSAGES/lib-morvith-tv.mo"
-            for language in languages})
+    @classmethod
+    def setUpClass(cls):
+        folder = cls.enterClassContext(tempfile.TemporaryDirectory())
+        os.chdir(folder)
+        os.environ["HOME"] = folder  # EFL's tools keep caches there
+        output("dpkg-deb", "--extract", PACKAGE, ".")
+        cls.library, = glob.glob("usr/lib/*/libmorvith_dataprovider.so")
 
-    def test_takes_less_than_a_megabyte(self):
-        kibibytes = int(dpkg_deb("--field", "Installed-Size"))
+    def test_holds_the_library_and_its_data_readable_by_all_and_nothing_else(self):
+        expected = {self.library, f"{RESOURCES}/config/hw_kbd_lang_config.json", EDJ, WEBP}
+        expected |= {f"{RESOURCES}/locale/{po.stem}/LC_MESSAGES/lib-morvith-tv.mo"
+                     for po in SOURCE.glob("res/locale/*.po")}
+        lines = output("dpkg-deb", "--contents", PACKAGE).splitlines()
+        self.assertEqual({line.split("./")[1] for line in lines if line[0] == "-"}, expected)
+        for line in lines:
+            self.assertRegex(line, "^(drwxr-xr-x|-rw-r--r--) root/root ")
+        kibibytes = int(output("dpkg-deb", "--field", PACKAGE, "Installed-Size"))
         self.assertLess(kibibytes * 1024, 1_000_000)
 
-    def test_library_is_hardened(self):
-        with tempfile.TemporaryDirectory() as folder:
-            dpkg_deb("--extract", folder)
-            library, = glob.glob(f"{folder}/usr/lib/*/libmorvith_dataprovider.so")
-            facts = subprocess.run(["readelf", "--wide", "--segments", "--dynamic", "--dyn-syms",
-                                    library], check=True, capture_output=True, text=True).stdout
+    def test_library_is_small_and_hardened_and_exports_two_functions(self):
+        exports = output("nm", "-D", "--defined-only", "--format=just-symbols", self.library)
+        self.assertEqual(exports.split(), ["create_provider", "delete_provider"])
+        facts = output("readelf", "--wide", "--segments", "--dynamic", "--dyn-syms", self.library)
         for sign in (r"GNU_STACK .* RW +0x", "GNU_RELRO ", r"\(FLAGS\) +BIND_NOW",
                      "UND __stack_chk_fail"):
-            self.assertTrue(re.search(sign, facts), sign)
+            self.assertRegex(facts, sign)
+        self.assertNotRegex(facts, "RUNPATH|RPATH")
+        self.assertLessEqual(os.path.getsize(self.library), 44 * 1024)
+
+    def test_pictures_are_a_layout_with_two_texts_and_a_full_screen(self):
+        parts = output("edje_inspector", "--mode=parts", "--group=help", EDJ)
+        for name, kind in (("picture", "VECTOR"), ("title", "TEXT"), ("help", "TEXTBLOCK")):
+            self.assertIn(f"part {{ name: '{name}'; type: {kind};", parts)
+        self.assertRegex(output("webpinfo", WEBP),
+                         r"Width: 1920\n +Height: 1080\n(.*\n)* +Format: Lossless")
+
+    def test_template_has_the_texts_of_the_library(self):
+        code = "".join(source.read_text() for source in SOURCE.glob("src/*.cpp"))
+        template = (SOURCE / "res/locale/lib-morvith-tv.pot").read_text()
+        self.assertEqual(set(re.findall('^msgid "(.+)"$', template, re.M)),
+                         set(re.findall(r'"((?:COM_|SID_|IDS_|TV_)\w+)"', code)))
 
 
 if __name__ == "__main__":

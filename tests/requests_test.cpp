@@ -90,6 +90,7 @@ Footprint Measure() {
 }  // namespace
 
 TEST(Requests, FailWholeWhereMemoryIsRefusedLeakNothingAndAreAnsweredNext) {
+  Conversation().Say("types ]");  // what a process keeps for its life after a first line of the log
   for (const Request& request : kRequests) {
     for (const Refusal refusal : {Refusal::kOnce, Refusal::kFromThenOn}) {
       IsRefused(request, SIZE_MAX, refusal);  // makes what a process keeps for its life
