@@ -26,8 +26,9 @@ struct Filling {
 };
 
 // GObject never forgets a registered type, nor can a type be registered twice. If JSON-GLib were
-// unloaded together with this library, its types would be lost for the rest of the process.
-void KeepJsonGlibLoaded() {
+// unloaded together with this library, its types would be lost for the rest of the process. Done
+// while this library is loaded, as glibc's dlopen, refused memory, spoils those that follow.
+[[gnu::constructor]] void KeepJsonGlibLoaded() {
   Dl_info json_glib = {};
   if (dladdr(reinterpret_cast<void*>(json_parser_new), &json_glib) == 0 ||
       dlopen(json_glib.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE) == nullptr) {
@@ -164,7 +165,6 @@ KeyboardConfigManager::KeyboardConfigManager() { LoadKeyboardConfig(kConfigPath)
 KeyboardConfigManager::~KeyboardConfigManager() = default;
 
 void KeyboardConfigManager::LoadKeyboardConfig(const std::string& path) {
-  KeepJsonGlibLoaded();
   g_autoptr(JsonParser) parser = json_parser_new();
   g_autoptr(GError) error = nullptr;
   json_parser_load_from_file(parser, path.c_str(), &error);

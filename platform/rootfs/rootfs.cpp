@@ -8,6 +8,7 @@
 #include <dlfcn.h>
 #include <json-glib/json-glib.h>
 #include <libintl.h>
+#include <link.h>
 
 namespace {
 
@@ -37,14 +38,13 @@ class Located {
 };
 
 // What the library that holds `caller` would have called were it not for this stand-in. JSON-GLib
-// may be loaded for that library alone, where RTLD_NEXT does not look.
+// may be loaded for that library alone, where RTLD_NEXT does not look. To the C library, the link
+// map of a library is its handle.
 void* Original(const char* function, const void* caller) {
   Dl_info library = {};
-  dladdr(caller, &library);
-  void* handle = dlopen(library.dli_fname, RTLD_LAZY | RTLD_NOLOAD);
-  void* original = dlsym(handle, function);
-  dlclose(handle);
-  return original;
+  void* handle = nullptr;
+  dladdr1(caller, &library, &handle, RTLD_DL_LINKMAP);
+  return dlsym(handle, function);
 }
 
 }  // namespace

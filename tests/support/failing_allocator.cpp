@@ -1,6 +1,5 @@
 #include "failing_allocator.h"
 
-#include <atomic>
 #include <cstring>
 
 #include <dlfcn.h>
@@ -9,17 +8,17 @@ extern "C" {
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
 void* __libc_realloc(void* block, std::size_t size);
-void __libc_free(void* block);
 
 // The address sanitizer's heap, where there is one.
 [[gnu::weak]] void* __interceptor_malloc(std::size_t size);
 [[gnu::weak]] void* __interceptor_calloc(std::size_t count, std::size_t size);
 [[gnu::weak]] void* __interceptor_realloc(void* block, std::size_t size);
-[[gnu::weak]] void __interceptor_free(void* block);
 }
 
-#define HEAP(function, ...) \
-  (&__interceptor_##function ? __interceptor_##function : __libc_##function)(__VA_ARGS__)
+#define ALLOCATE(function, ...)                                                   \
+  (IsRefused(__builtin_return_address(0)) ? nullptr                               \
+   : &__interceptor_##function            ? __interceptor_##function(__VA_ARGS__) \
+                                          : __libc_##function(__VA_ARGS__))
 
 constinit thread_local bool g_may_refuse = false;
 
@@ -29,7 +28,6 @@ bool g_refusing = false;
 bool g_refused = false;
 std::size_t g_allocations_left = 0;
 Refusal g_refusal = Refusal::kOnce;
-std::atomic<long> g_live_blocks = 0;
 
 bool IsGlib(const void* caller) {
   Dl_info library = {};
@@ -48,11 +46,6 @@ bool IsRefused(const void* caller) {
   return true;
 }
 
-void* Counted(void* block) {
-  g_live_blocks += block != nullptr ? 1 : 0;
-  return block;
-}
-
 }  // namespace
 
 void RefuseAllocation(std::size_t index, Refusal refusal) {
@@ -67,36 +60,19 @@ bool EndRefusals() {
   return g_refused;
 }
 
-long LiveBlocks() { return &__interceptor_malloc != nullptr ? 0 : g_live_blocks.load(); }
-
 extern "C" {
 
-void* malloc(std::size_t size) {
-  return IsRefused(__builtin_return_address(0)) ? nullptr : Counted(HEAP(malloc, size));
-}
+void* malloc(std::size_t size) { return ALLOCATE(malloc, size); }
 
-void* calloc(std::size_t count, std::size_t size) {
-  return IsRefused(__builtin_return_address(0)) ? nullptr : Counted(HEAP(calloc, count, size));
-}
+void* calloc(std::size_t count, std::size_t size) { return ALLOCATE(calloc, count, size); }
 
-void* realloc(void* block, std::size_t size) {
-  if (IsRefused(__builtin_return_address(0))) {
-    return nullptr;
-  }
-  void* moved = HEAP(realloc, block, size);
-  return block == nullptr ? Counted(moved) : moved;
-}
+void* realloc(void* block, std::size_t size) { return ALLOCATE(realloc, block, size); }
 
 // The sanitizer's own would go past malloc.
 char* strdup(const char* text) {
   const std::size_t size = std::strlen(text) + 1;
   void* copy = malloc(size);
   return copy == nullptr ? nullptr : static_cast<char*>(std::memcpy(copy, text, size));
-}
-
-void free(void* block) {
-  g_live_blocks -= block != nullptr ? 1 : 0;
-  HEAP(free, block);
 }
 
 }  // extern "C"

@@ -29,8 +29,4 @@ class Refusals {
   bool m_before;
 };
 
-// Blocks allocated and not freed. Always 0 under the address sanitizer, which allocates past malloc
-// and looks for leaks itself.
-long LiveBlocks();
-
 #endif

@@ -74,8 +74,7 @@ std::string StoredValue(const char* key) {
 }
 
 void ResetPlatform() {
-  FakePlatform fresh;
-  std::swap(Platform(), fresh);  // an assignment would keep the blocks of the old one
+  Platform() = FakePlatform();
   InstallKeyboardConfig(kKeyboardConfig);
 }
 
