@@ -17,8 +17,7 @@ ROOT = MENU_HOST.parents[2]
 RESOURCES = "usr/share/lib-morvith-tv/res"
 CONFIG = "config/hw_kbd_lang_config.json"
 EDJE = "edje/help_morvith.edj"
-KOREAN = "locale/ko/LC_MESSAGES/lib-morvith-tv.mo"
-SMART_CONTROL = "[custom_bool]\ncom.velmora/featureconf/bt_profile_bt_smart_control="
+KOREAN, ENGLISH = (f"locale/{name}/LC_MESSAGES/lib-morvith-tv.mo" for name in ("ko", "en"))
 
 # What is said one after the other, the exit status, and what the answer then has.
 DIALOGUE = (
@@ -54,51 +53,39 @@ DIALOGUE = (
 )
 
 
-def types(*keyboards):
+def types(names, *ids):
     return json.dumps({
-        "keyboard_name_map": [{"name": name, "display_name": text}
-                              for name, text in keyboards if text is not None],
+        "keyboard_name_map": [{"name": key, "display_name": name} for key, name in names.items()],
         "lang_local_keyboard_type_table": [
-            {"lang_local": "en_US", "keyboard_types": [name for name, _ in keyboards]}],
-    }).encode()
+            {"lang_local": "en_US", "keyboard_types": [*names, *ids]}]}).encode()
 
 
-def korean(old, new):
-    catalogue = (ROOT / RESOURCES / KOREAN).read_bytes()
-    assert old in catalogue
-    return catalogue.replace(old, new.ljust(len(old), b"\0"))
-
-
+KOREAN_TEXTS = (ROOT / RESOURCES / KOREAN).read_bytes()
 LONG = "n" * 300
 CUT = f"en_US.{LONG}"[:254]
-IMAGE = f"page: help image '/{RESOURCES}/{EDJE}' "
-UNTRANSLATED = "is not translated; add its msgstr to the catalogue 'ko'"
-AT_THE_LIMIT = "of 254 bytes, where a longer one is cut; shorten its"
 # The device's languages, a file of it and its contents (None: no file), what the check finds.
 FINDINGS = (
-    ("1", EDJE, None, [IMAGE + "cannot be read; install it anew"]),
-    ("1", EDJE, b"", [IMAGE + "is empty; install it anew"]),
-    ("1", KOREAN.replace("ko", "en"), None,
-     ["interface en_US: page is not translated at all; "
-      "add the catalogue 'en_US', or one of its language"]),
-    ("0;1", KOREAN, b"", ["interface ko_KR: page is not translated at all; "
-                          "replace the catalogue 'ko'"]),
-    ("0;12", KOREAN, korean("키보드의 종류를 설정합니다.".encode(), b"SID_SETUP_LANGUAGE_KOREAN"),
-     [f"interface ko_KR: text 'COM_SID_SETTINGS_GNP_CEJUL_SET_KEYBOARD_TYPE' {UNTRANSLATED}"]),
-    ("0;12", KOREAN, korean(b"LANGUAGE_GERMAN", b"LANGUAGE_GERMAX"),
-     [f"interface ko_KR: text 'SID_SETUP_LANGUAGE_GERMAN' {UNTRANSLATED}"]),
-    ("0;1", CONFIG, types(("a", "A")),
-     ["keyboard ko_KR: type list has no choices; add keyboard_types for 'ko_KR'"]),
-    ("0;1", CONFIG, types(), ["page: type list has no choices in any language; "
-                              "install the keyboard configuration anew, or correct it"]),
-    ("1", CONFIG, types(("a", None)),
-     ["keyboard en_US: type 'en_US.a' is shown as its id; give it a display_name"]),
-    ("1", CONFIG, types(("a", "x" * 255)),
-     [f"keyboard en_US: type 'en_US.a' has a text {AT_THE_LIMIT} display_name"]),
-    ("1", CONFIG, types((LONG, "N")),
-     [f"keyboard en_US: type list begins with '{CUT}' where 'en_US.{LONG}' was stored; "
-      "the two must be the same",
-      f"keyboard en_US: type '{CUT}' has a value {AT_THE_LIMIT} id"]),
+    ("1", EDJE, None, f"page: help image '/{RESOURCES}/{EDJE}' cannot be read; install it anew"),
+    ("1", EDJE, b"", f"page: help image '/{RESOURCES}/{EDJE}' is empty; install it anew"),
+    ("1", ENGLISH, None, "interface en_US: page is not translated at all; "
+                         "add the catalogue 'en_US', or one of its language"),
+    ("0;1", KOREAN, b"", "interface ko_KR: page is not translated at all; "
+                         "replace the catalogue 'ko'"),
+    ("0;12", KOREAN, KOREAN_TEXTS.replace(b"LANGUAGE_GERMAN", b"LANGUAGE_GERMAX"),
+     "interface ko_KR: text 'SID_SETUP_LANGUAGE_GERMAN' is not translated; "
+     "add its msgstr to the catalogue 'ko'"),
+    ("0;1", CONFIG, types({"b": "B"}),
+     "keyboard ko_KR: type list has no choices; add keyboard_types for 'ko_KR'"),
+    ("1", CONFIG, b"{}", "page: type list has no choices in any language; "
+                         "install the keyboard configuration anew, or correct it"),
+    ("1", CONFIG, types({}, "b"),
+     "keyboard en_US: type 'en_US.b' is shown as its id; give it a display_name"),
+    ("1", CONFIG, types({"b": "x" * 255}),
+     "keyboard en_US: type 'en_US.b' has a text of 254 bytes, where a longer one is cut; "
+     "shorten its display_name"),
+    ("1", CONFIG, types({"b": "B", LONG: "N"}),
+     f"keyboard en_US: type '{CUT}' has a value of 254 bytes, where a longer one is cut; "
+     "shorten its id"),
 )
 
 
@@ -124,7 +111,8 @@ class MenuHostTest(unittest.TestCase):
 
     def profile(self, entries):
         file = self.folder / "device.ini"
-        file.write_text(f"[device]\n{entries}\n{SMART_CONTROL}true\n", encoding="utf-8")
+        file.write_text(f"[device]\n{entries}\n[custom_bool]\n"
+                        "com.velmora/featureconf/bt_profile_bt_smart_control=true")
         return file
 
     def test_dialogue(self):
@@ -134,27 +122,22 @@ class MenuHostTest(unittest.TestCase):
                 self.assertIn(words, done.stdout + done.stderr, command)
 
     def test_answers_with_one_document(self):
-        choice = ["set", "language", "ko_KR"]
-        self.assertEqual(json.loads(self.host("--json").stdout)["language"]["value"], None)
-        self.assertEqual(json.loads(self.host(*choice, "--json").stdout)["language"],
-                         {"key": "db/ime/keyboard_language_name", "name": "Keyboard Language",
-                          "help": "Set the language of the keyboard.", "value": "ko_KR",
-                          "text": "Korean"})
+        for command, value in (("", None), ("set language ko_KR", "ko_KR")):
+            page = json.loads(self.host(*command.split(), "--json").stdout)
+            self.assertEqual(page["language"]["value"], value)
         listed = json.loads(self.host("list", "type", "--json").stdout)["choices"]
         self.assertEqual([each["value"] for each in listed if each["current"]], ["ko_KR.kr_ibm106"])
-        self.assertEqual(json.loads(self.host("info", "--json").stdout)["owner"], "rask.ovnel")
         self.host("set", "type", b"\xff", "--force")
         self.assertEqual(json.loads(self.host("--json").stdout)["type"]["value"], "\ufffd")
 
     def test_takes_from_a_profile_what_is_good(self):
         (self.folder / "device.ini.ini").write_text("[device]\nsystem_language_ids=0")
-        for entries, locales, skipped in (("system_language_ids=1; x7;;99999999999;-3 ;0",
-                                           ["en_US", "ko_KR"], 3), ("", ["en_GB"], 0)):
-            done = self.host("--device", self.profile(entries), "list", "language")
-            self.assertEqual([line.split()[-1] for line in done.stdout.splitlines()], locales)
-            self.assertEqual(done.stderr.count("skipped"), skipped)
-            self.assertEqual("devinfo_get_value_int_array Error.\n" in done.stderr, not entries)
-        self.assertIn("non_bt.webp", self.host("--device", "europe").stdout)
+        done = self.host("list", "language", "--device",
+                         self.profile("system_language_ids=1; x7;;99999999999;-3 ;0"))
+        self.assertEqual([line.split()[-1] for line in done.stdout.splitlines()], ["en_US", "ko_KR"])
+        self.assertEqual(done.stderr.count("skipped"), 3)
+        done = self.host("list", "language", "--device", self.profile(""))
+        self.assertIn("devinfo_get_value_int_array Error.\n", done.stderr)
 
     def test_aligns_columns_in_wide_and_combining_scripts(self):
         for language in ("ja_JP", "th_TH", "hi_IN", "ar_AE"):
@@ -169,32 +152,29 @@ class MenuHostTest(unittest.TestCase):
         self.assertIn("ko_KR.kr_ibm106", self.host().stdout)
 
     def test_check_finds_in_an_image_what_would_trip_a_viewer_up(self):
-        for languages, path, contents, findings in FINDINGS:
-            resources = self.folder / RESOURCES
+        resources = self.folder / RESOURCES
+        for languages, path, contents, finding in FINDINGS:
             shutil.copytree(ROOT / RESOURCES, resources)
             (resources / path).unlink()
             if contents is not None:
                 (resources / path).write_bytes(contents)
             device = self.profile(f"system_language_ids={languages}")
-            done = self.host("check", "--root", self.folder, "--device", device,
-                             status=1)
-            self.assertEqual(done.stdout.splitlines(), findings)
+            done = self.host("check", "--root", self.folder, "--device", device, status=1)
+            self.assertEqual(done.stdout.splitlines(), [finding])
             shutil.rmtree(resources)
 
     def test_reports_what_fails(self):
         done = self.host("check", "--json", "--device", self.profile("system_language_ids=1"),
                          status=1, restore_signals=False,
                          preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (0, 0)))
-        self.assertEqual(json.loads(done.stdout)["findings"], [
-            {"where": "keyboard en_US", "item": "language 'en_US'", "problem": "is not stored",
-             "remedy": "see what the log says"}])
+        finding, = json.loads(done.stdout)["findings"]
+        self.assertEqual((finding["item"], finding["problem"]),
+                         ("language 'en_US'", "is not stored"))
         (self.folder / "registry.db").mkdir()
         done = self.host("set", "language", "ko_KR", status=1)
         self.assertIn("Fail Set Default Keyboard Language", done.stderr)
         with open("/dev/full", "w", encoding="utf-8") as full:
             self.host("info", stdout=full, status=1)
-        self.environment["TMPDIR"] = "/nowhere"
-        self.assertIn("'/nowhere'", self.host("check", status=1).stderr)
 
 
 if __name__ == "__main__":
