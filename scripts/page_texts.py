@@ -3,8 +3,12 @@
 import pathlib
 import re
 
-LANGUAGE_TABLE = pathlib.Path(__file__).resolve().parent.parent / "src/LanguageConfigManager.cpp"
-LONGEST_TEXT = 254  # bytes: what is longer the library cuts, or does not fit a menu
+SOURCE = pathlib.Path(__file__).resolve().parent.parent
+LANGUAGE_TABLE = SOURCE / "src/LanguageConfigManager.cpp"
+BOUNDARY = SOURCE / "platform/data_provider/data_provider.h"
+
+# Bytes: what is longer the library cuts, or does not fit a menu.
+LONGEST_TEXT = int(re.search(r"DATA_PROVIDER_TYPE_LENGTH (\d+)", BOUNDARY.read_text())[1])
 INVISIBLE = "\u200c\u200d\u00a0\u202f"  # joiners within words, and the spaces that do not break
 
 
@@ -14,6 +18,12 @@ def languages():
     if not rows:
         raise ValueError(f"{LANGUAGE_TABLE} holds no table of languages")
     return rows
+
+
+def message_ids():
+    """The message ids that the library uses."""
+    code = "".join(source.read_text() for source in SOURCE.glob("src/*.cpp"))
+    return set(re.findall(r'"((?:COM_|SID_|IDS_|TV_)\w+)"', code))
 
 
 def faults(text, invisible=INVISIBLE):

@@ -55,6 +55,8 @@ CATALOGUE_FAULTS = (
     (TEXT, '"SID_SETUP_LANGUAGE_GERMAN"', f"{LANGUAGE}: the text is a message id"),
     ('"독일어"', '"영어"', "SID_SETUP_LANGUAGE_GERMAN: reads as SID_SETUP_LANGUAGE_ENGLISH does"),
 )
+TEMPLATE_FAULTS = ((ENTRY, 'msgid "OWN"', f"{LANGUAGE}: the library uses it; add it",
+                    "OWN: the library does not use it; remove it"),)
 
 
 class DataChecksTest(unittest.TestCase):
@@ -88,6 +90,9 @@ class DataChecksTest(unittest.TestCase):
 
     def test_finds_each_fault_of_a_catalogue_and_nothing_else(self):
         self.expect(CHECK_TEXTS, f"{SOURCE}/res/locale/ko.po", CATALOGUE_FAULTS)
+
+    def test_finds_a_template_that_is_not_the_librarys(self):
+        self.expect(CHECK_TEXTS, f"{SOURCE}/res/locale/lib-morvith-tv.pot", TEMPLATE_FAULTS)
 
     def test_takes_what_is_shipped_and_reports_what_is_not_there(self):
         for script in (CHECK_DATA, CHECK_TEXTS):

@@ -1,9 +1,8 @@
-"""The device's Debian package: what it holds, the library's form, the pictures, and the texts."""
+"""The device's Debian package: what it holds, the library's form, and the pictures."""
 
 import glob
 import os
 import pathlib
-import re
 import subprocess
 import tempfile
 import unittest
@@ -55,12 +54,6 @@ class PackageTest(unittest.TestCase):
             self.assertIn(f"part {{ name: '{name}'; type: {kind};", parts)
         self.assertRegex(output("webpinfo", WEBP),
                          r"Width: 1920\n +Height: 1080\n(.*\n)* +Format: Lossless")
-
-    def test_template_has_the_texts_of_the_library(self):
-        code = "".join(source.read_text() for source in SOURCE.glob("src/*.cpp"))
-        template = (SOURCE / "res/locale/lib-morvith-tv.pot").read_text()
-        self.assertEqual(set(re.findall('^msgid "(.+)"$', template, re.M)),
-                         set(re.findall(r'"((?:COM_|SID_|IDS_|TV_)\w+)"', code)))
 
 
 if __name__ == "__main__":

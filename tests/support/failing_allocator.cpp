@@ -7,12 +7,10 @@
 extern "C" {
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
-void* __libc_realloc(void* block, std::size_t size);
 
 // The address sanitizer's heap, where there is one.
 [[gnu::weak]] void* __interceptor_malloc(std::size_t size);
 [[gnu::weak]] void* __interceptor_calloc(std::size_t count, std::size_t size);
-[[gnu::weak]] void* __interceptor_realloc(void* block, std::size_t size);
 }
 
 #define ALLOCATE(function, ...)                                                   \
@@ -65,8 +63,6 @@ extern "C" {
 void* malloc(std::size_t size) { return ALLOCATE(malloc, size); }
 
 void* calloc(std::size_t count, std::size_t size) { return ALLOCATE(calloc, count, size); }
-
-void* realloc(void* block, std::size_t size) { return ALLOCATE(realloc, block, size); }
 
 // The sanitizer's own would go past malloc.
 char* strdup(const char* text) {

@@ -118,17 +118,13 @@ int __qlog_print(int log_id, int priority, const char* tag, const char* format, 
   va_start(arguments, format);
   std::vsnprintf(text, sizeof(text), format, arguments);
   va_end(arguments);
-  std::smatch line;
-  const std::string whole = text;
-  EXPECT_TRUE(std::regex_match(whole, line, std::regex(R"(\w+\.cpp: (\w+)\(\d+\) > ([\s\S]*))")))
-      << text;
   EXPECT_EQ(log_id, 0);
   EXPECT_STREQ(tag, "IME_QEL");
-  std::string message = std::regex_replace(line.str(2), std::regex(Root().string()), "");
-  message = std::regex_replace(message, std::regex("\n"), "\\n");
+  std::string line = std::regex_replace(text, std::regex(R"(^\w+\.cpp: (\w+)\(\d+\) >)"), "$1:");
+  line = std::regex_replace(line, std::regex(Root().string()), "");
+  line = std::regex_replace(line, std::regex("\n"), "\\n");
   const std::lock_guard lock(g_mutex);
-  Platform().log += std::string(1, "IWE"[priority - QLOG_PRIORITY_INFO]) + " " + line.str(1) +
-                    ": " + message + "\n";
+  Platform().log += std::string(1, "IWE"[priority - QLOG_PRIORITY_INFO]) + " " + line + "\n";
   return 0;
 }
 
