@@ -123,7 +123,8 @@ std::string Conversation::Ask(const std::string& order) const {
   }
   if (command == "set_string") {
     const data_provider_cbs& table = m_provider->table();
-    const int result = InLibrary([&] { return table.set_string(Argument(key), Argument(value)); });
+    const char* choice = Argument(value);
+    const int result = InLibrary([&] { return table.set_string(Argument(key), choice); });
     return std::to_string(result) + " " + StoredValue(DATA_PROVIDER_LANGUAGE) + ", " +
            StoredValue(DATA_PROVIDER_TYPE) + "\n";
   }

@@ -96,7 +96,7 @@ TEST(Provider, KnowsTheLanguagesThatAreDocumented) {
 }
 
 TEST(Provider, CutsTextsOfTypesAtTheLastByteThatFits) {
-  for (const std::size_t room : {0, 1}) {  // for the second byte of the last character
+  for (const std::size_t room : {0U, 1U}) {  // for the second byte of the last character
     const std::string name = std::string(253 - room, 'n') + "é";
     const std::string type = name.substr(sizeof("xx_XX.") - 1);
     const std::string answer = Conversation().Say(

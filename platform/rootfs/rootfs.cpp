@@ -58,6 +58,7 @@ int rootfs_locate(const char* path, char* located, size_t size) {
 
 extern "C" {
 
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): glibc's are reserved
 [[gnu::visibility("default")]] char* bindtextdomain(const char* domain, const char* directory) {
   const auto bind = reinterpret_cast<decltype(&bindtextdomain)>(dlsym(RTLD_NEXT, "bindtextdomain"));
   return bind(domain, directory == nullptr ? nullptr : Located(directory).c_str());
