@@ -28,5 +28,5 @@ int Answer() {
 int main() {
   UseRoot(BENCH_ROOTS "/real_x1");
   g_provider = std::make_unique<Provider>(BENCH_PLUGIN);
-  return measure(Answer, 1000);
+  return measure_answers(Answer, 1000);
 }

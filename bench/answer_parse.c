@@ -10,4 +10,4 @@ static int parse(void) {
   return read;
 }
 
-int main(void) { return measure(parse, 1); }
+int main(void) { return measure_answers(parse, 1); }

@@ -1,4 +1,6 @@
 // The answer of libxkbregistry.
+#include <string.h>
+
 #include <xkbcommon/xkbregistry.h>
 
 #include "answer.h"
@@ -29,4 +31,4 @@ static int answer(void) {
   return count;
 }
 
-int main(void) { return measure(answer, 1000); }
+int main(void) { return measure_answers(answer, 1000); }

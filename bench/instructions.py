@@ -1,8 +1,6 @@
 #!/usr/bin/env python3
-"""Counts the instructions of each request under callgrind, those of the benchmark's device included,
-and fails if one takes more than 5 percent over the figure kept in instructions.json. On another
-machine, or below a longer path, the counts are nearly the same, not exactly. Arguments: the folder
-of the build; --accept keeps the new figures."""
+"""Counts the instructions of each request under callgrind, and fails if one takes over 5 percent
+more than is kept in instructions.json. Arguments: the folder of the build; --accept keeps them."""
 
 import json
 import math

@@ -2,6 +2,7 @@
 // dump named after it. The libraries that they call into count too.
 #include <clocale>
 #include <cstdlib>
+#include <iterator>
 
 #include <benchmark/benchmark.h>
 #include <valgrind/callgrind.h>
@@ -11,11 +12,19 @@
 
 namespace {
 
-void Measure(benchmark::State& state, const std::string& name, const Request& request, Work work) {
-  const bool counts = RUNNING_ON_VALGRIND != 0;
+void Measure(benchmark::State& state) {
+  const Request& request = kRequests[state.range(0)];
+  const bool is_floor = state.range(1) != 0;
+  const std::string name = std::string(request.name) + (is_floor ? "/floor" : "");
+  const Work work = is_floor ? request.floor : request.ask;
   const int first_rounds = request.prepare == nullptr ? 20 : 1;
-  Library library;
+  const bool counts = RUNNING_ON_VALGRIND != 0;
+
+  state.SetLabel(name);
+  std::setlocale(LC_ALL, "C.UTF-8");
+  setenv("LANGUAGE", "ko", 1);
   UseRoot(request.root);
+  Library library;
   Load(library);
   for (int round = 0; round < first_rounds; ++round) {
     work(library);  // pays what is paid once, and settles the heap
@@ -36,19 +45,9 @@ void Measure(benchmark::State& state, const std::string& name, const Request& re
   }
 }
 
-void Register(const std::string& name, const Request& request, Work work) {
-  benchmark::RegisterBenchmark(name.c_str(), Measure, name, request, work);
-}
+BENCHMARK(Measure)->ArgsProduct({benchmark::CreateDenseRange(0, std::ssize(kRequests) - 1, 1),
+                                 {0, 1}});
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  std::setlocale(LC_ALL, "C.UTF-8");
-  setenv("LANGUAGE", "ko", 1);
-  benchmark::Initialize(&argc, argv);
-  for (const Request& request : kRequests) {
-    Register(request.name, request, request.ask);
-    Register(std::string(request.name) + "/floor", request, request.floor);
-  }
-  benchmark::RunSpecifiedBenchmarks();
-}
+BENCHMARK_MAIN();

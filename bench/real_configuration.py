@@ -36,19 +36,15 @@ def read_rules():
 
 def main(output, copies):
     names, locales = read_rules()
-    name_rows, locale_rows = [], []
-    for copy in range(int(copies)):
-        board = f"ibm{105 + copy}"
-        name_rows += [{"name": f"{stem}_{board}", "display_name": name}
-                      for stem, name in names.items()]
-        locale_rows += [{"lang_local": f"{locale}{copy or ''}",
-                         "keyboard_types": [f"{stem}_{board}" for stem in stems]}
-                        for locale, stems in locales.items()]
+    suffixes = ["", *map(str, range(1, int(copies)))]
+    name_rows = [{"name": f"{stem}_ibm105{suffix}", "display_name": name}
+                 for suffix in suffixes for stem, name in names.items()]
+    locale_rows = [{"lang_local": f"{locale}{suffix}",
+                    "keyboard_types": [f"{stem}_ibm105{suffix}" for stem in stems]}
+                   for suffix in suffixes for locale, stems in locales.items()]
     document = {"keyboard_name_map": name_rows, "lang_local_keyboard_type_table": locale_rows}
     rows = json.dumps(document, ensure_ascii=False).replace("}, ", "},\n    ")  # as people write
-    file = pathlib.Path(output)
-    file.parent.mkdir(parents=True, exist_ok=True)
-    file.write_text(rows, encoding="utf-8")
+    pathlib.Path(output).write_text(rows, encoding="utf-8")
 
 
 if __name__ == "__main__":

@@ -25,7 +25,7 @@ def time_requests(build):
     runs = output(f"{build}/bin/measure", f"--benchmark_repetitions={REPETITIONS}",
                   "--benchmark_min_time=0.005", "--benchmark_enable_random_interleaving=true",
                   "--benchmark_report_aggregates_only=true", "--benchmark_format=json")
-    return {run["run_name"]: run["cpu_time"] for run in runs["benchmarks"]
+    return {run["label"]: run["cpu_time"] for run in runs["benchmarks"]
             if run["aggregate_name"] == "median"}
 
 
@@ -48,9 +48,9 @@ def main(build):
     counts, times = instructions.count(build), time_requests(build)
 
     print("| what | ratio | in instructions |\n|---|---:|---:|")
-    for name in times:
+    for name in counts:
         floor = f"{name}/floor"
-        if floor in times:
+        if floor in counts:
             print_row(name, times[name] / times[floor], counts[name] / counts[floor])
     small, large = "first type list, real size", "first type list, 10 times real size"
     print_row("10 times real size to real size", times[large] / times[small],

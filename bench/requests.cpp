@@ -4,6 +4,7 @@
 #include <cstring>
 #include <initializer_list>
 #include <stdexcept>
+#include <vector>
 
 #include <dlfcn.h>
 #include <json-glib/json-glib.h>
@@ -75,34 +76,33 @@ void ParseConfiguration(Library& /*library*/) {
   }
 }
 
-struct Item {
-  char* value;
-  char* text;
-};
+char* Duplicate(const std::string& text) { return strdup(text.c_str()); }
 
-char* CopyInTypeBlock(const char* text) {
+char* CopyInTypeBlock(const std::string& text) {
   auto* block = static_cast<char*>(std::calloc(1, DATA_PROVIDER_TYPE_LENGTH + 2));
-  return std::strcpy(block, text);
+  text.copy(block, DATA_PROVIDER_TYPE_LENGTH);
+  return block;
 }
 
 // The same blocks as the library, all there at once.
-void MakeAndFreeList(const std::vector<ListItem>& choices, char* (*copy)(const char* text)) {
-  std::vector<Item*> list;
+void MakeAndFreeList(const std::vector<ListItem>& choices, char* (*copy)(const std::string&)) {
+  std::vector<char**> list;
   list.reserve(choices.size());
   for (const ListItem& choice : choices) {
-    list.push_back(static_cast<Item*>(std::calloc(1, sizeof(Item))));
-    *list.back() = {copy(choice.value.c_str()), copy(choice.display_value.c_str())};
+    list.push_back(static_cast<char**>(std::calloc(2, sizeof(char*))));
+    list.back()[0] = copy(choice.value);
+    list.back()[1] = copy(choice.display_value);
   }
-  for (Item* item : list) {
-    std::free(item->text);
-    std::free(item->value);
+  for (char** item : list) {
+    std::free(item[1]);
+    std::free(item[0]);
     std::free(item);
   }
 }
 
 void MakeAndFreeLanguages(Library& library) {
   static const std::vector<ListItem> languages = library->ListItems(DATA_PROVIDER_LANGUAGE).value();
-  MakeAndFreeList(languages, strdup);
+  MakeAndFreeList(languages, Duplicate);
 }
 
 void MakeAndFreeTypes(Library& library) {
@@ -147,7 +147,7 @@ void Load(Library& library) {
   library = std::make_unique<Provider>(BENCH_PLUGIN);
 }
 
-const std::vector<Request> kRequests = {
+const Request kRequests[] = {
     {"first type list, real size", AskTypes, ParseConfiguration, BENCH_ROOTS "/real_x1", Load},
     {"first type list, 10 times real size", AskTypes, ParseConfiguration, BENCH_ROOTS "/real_x10",
      Load},

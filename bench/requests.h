@@ -4,7 +4,6 @@
 #define BENCH_REQUESTS_H
 
 #include <memory>
-#include <vector>
 
 #include "Provider.h"
 
@@ -19,7 +18,7 @@ struct Request {
   Work prepare = nullptr;  // before each time, and not measured
 };
 
-extern const std::vector<Request> kRequests;
+extern const Request kRequests[11];
 
 // Anew, if it is loaded: it has not read its configuration.
 void Load(Library& library);
