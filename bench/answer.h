@@ -2,49 +2,16 @@
 #ifndef BENCH_ANSWER_H
 #define BENCH_ANSWER_H
 
-#include <stdio.h>
-#include <string.h>
-#include <time.h>
-
-// Nanoseconds of the processor that this process has used.
-static inline double processor_time(void) {
-  struct timespec now;
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-  return (double)now.tv_sec * 1e9 + (double)now.tv_nsec;
-}
-
-static inline long peak_memory_kib(void) {
-  char line[256];
-  long peak = 0;
-  FILE* status = fopen("/proc/self/status", "r");
-  while (status != NULL && fgets(line, sizeof(line), status) != NULL) {
-    sscanf(line, "VmHWM: %ld", &peak);
-  }
-  if (status != NULL) {
-    fclose(status);
-  }
-  return peak;
-}
+#ifdef __cplusplus
+extern "C" {
+#endif
 
 // Called when the library is loaded and has done nothing. `answer` reads the name of each type that
-// suits Korean, and returns how many there are.
-static inline void measure_answers(int (*answer)(void)) {
-  const int repetitions = 1000;
-  const double loaded = processor_time();
-  const int types = answer();
-  const double answered = processor_time();
-  const long peak = peak_memory_kib();
-  for (int i = 0; i < repetitions; ++i) {
-    answer();  // one of them tidies up the heap after the first
-  }
-  const double begin = processor_time();
-  for (int i = 0; i < repetitions; ++i) {
-    answer();
-  }
-  const double repeated = (processor_time() - begin) / repetitions;
-  printf("{\"types\": %d, \"first\": %.0f, \"since_start\": %.0f, ", types, answered - loaded,
-         answered);
-  printf("\"repeated\": %.1f, \"peak_kib\": %ld}\n", repeated, peak);
+// suits Korean, and returns how many there are. Returns the program's exit status.
+int measure_answers(int (*answer)(void), int repetitions);
+
+#ifdef __cplusplus
 }
+#endif
 
 #endif

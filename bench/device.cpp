@@ -1,72 +1,44 @@
-#include "device.h"
-
-#include <clocale>
+// A device of no cost, which the program exports in place of the stand-ins: its registry is a map,
+// Korean is the language of the user and of the keyboard, all languages are supported, and no line
+// reaches its log.
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
-#include <stdexcept>
+#include <cstring>
+#include <map>
+#include <numeric>
+#include <string>
 
-#include "fake_platform.h"
+#include "data_provider.h"
+#include "devinfo.h"
+#include "kvreg.h"
+#include "qlog.h"
 
 namespace {
 
-constexpr char kConfigFile[] = "/usr/share/lib-morvith-tv/res/config/hw_kbd_lang_config.json";
-
-std::string Contents(const std::string& file) {
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream) {
-    throw std::runtime_error("cannot read " + file);
-  }
-  std::ostringstream contents;
-  contents << stream.rdbuf();
-  return contents.str();
-}
+std::map<std::string, std::string> g_registry = {{DATA_PROVIDER_LANGUAGE, "ko_KR"},
+                                                 {DATA_PROVIDER_TYPE, "ko_KR.kr_ibm106"}};
 
 }  // namespace
 
-// Korean is the language of the user and of the keyboard, on a device with all languages.
-Device::Device(const char* configuration, Library library) : m_library(library) {
-  ResetPlatform();
-  InstallKeyboardConfig(Contents(std::string(BENCH_ROOTS "/") + configuration + kConfigFile));
-  Platform().keeps_log = false;
-  std::string& languages = Platform().settings["languages"];
-  languages = "";
-  for (int id = 0; id < 100; ++id) {
-    languages += std::to_string(id) + " ";
-  }
-  Platform().registry = {{kLanguageKey, "ko_KR"}, {kTypeKey, "ko_KR.kr_ibm106"}};
-  std::setlocale(LC_ALL, "C.UTF-8");
-  setenv("LANGUAGE", "ko", 1);
-  if (m_library == Library::kAsked) {
-    m_plugin.emplace();
-    m_languages = Read(kLanguageKey);
-    m_types = Read(kTypeKey);
-  }
+char* kvreg_get_str(const char* key) { return strdup(g_registry.at(key).c_str()); }
+
+int kvreg_set_str(const char* key, const char* value) {
+  g_registry[key] = value;
+  return 0;
 }
 
-void Device::Prepare() {
-  if (m_library == Library::kLoaded) {
-    m_plugin.emplace();
-  }
+int devinfo_get_value_int_array(int /*key*/, devinfo_int_array* out) {
+  constexpr int kCount = 100;
+  *out = {kCount, static_cast<int*>(std::calloc(kCount, sizeof(int)))};
+  std::iota(out->values, out->values + kCount, 0);
+  return 0;
 }
 
-void Device::TidyUp() {
-  if (m_library == Library::kLoaded) {
-    m_plugin.reset();
-  }
+int devinfo_get_custom_bool(const char* /*key*/, bool* value) {
+  *value = true;
+  return 0;
 }
 
-Device::Choices Device::Read(const char* key) const {
-  Choices choices;
-  int count = 0;
-  void** list = cbs()->get_list_items(key, &count);
-  for (int i = 0; i < count; ++i) {
-    char* value = nullptr;
-    char* text = nullptr;
-    cbs()->get_list_item_string_value(list[i], &value);
-    cbs()->get_list_item_display_value(list[i], &text);
-    choices.emplace_back(value, text);
-  }
-  cbs()->free_list_items(list, count);
-  return choices;
+int __qlog_print(int /*log_id*/, int /*priority*/, const char* /*tag*/, const char* /*format*/,
+                 ...) {
+  return 0;
 }

@@ -1,10 +1,9 @@
 #!/usr/bin/env python3
-"""Counts the instructions of each request under callgrind, those of the tests' platform included,
-and fails if one takes more than 5 percent over the figure kept in instructions.json; says which
-takes more than 5 percent under it. On another machine, or below a longer path, the counts are
-nearly the same, not exactly. Arguments: the folder of the build; --accept keeps the new figures."""
+"""Counts the instructions of each request under callgrind, and fails if one takes over 5 percent
+more than is kept in instructions.json. Arguments: the folder of the build; --accept keeps them."""
 
 import json
+import math
 import os
 import pathlib
 import re
@@ -21,25 +20,24 @@ ACCEPT = "scripts/bench --instructions --accept"
 STRING_FUNCTION = "/multiarch/"
 
 CONSTRUCTOR = r":_GLOBAL__sub_I_\S+ \[.*/libmorvith_dataprovider\.so\]$"
-STATIC_SETUP = "static set-up"
 
 
 def count(build):
-    """Instructions by "request/configuration/side", side being request or floor; of the static
-    set-up, which is a part of loading, too."""
+    """Instructions by the request's name, with "/floor" those of its floor; and of the static
+    set-up, which is a part of loading."""
     counts = {}
     with tempfile.TemporaryDirectory() as folder:
-        subprocess.run(
-            ["valgrind", "--quiet", "--tool=callgrind", "--collect-atstart=no",
-             f"--callgrind-out-file={folder}/out", f"{build}/bin/count_requests"],
-            env={"PATH": os.environ["PATH"], "TEST_TMPDIR": folder}, check=True)
-        for dump in pathlib.Path(folder).glob("out.*"):
-            name = re.search(r"^desc: Trigger: Client Request: (.*)$", dump.read_text(), re.M)
-            if name:
-                counts[name[1]] = total(dump, "PROGRAM TOTALS") - total(dump, STRING_FUNCTION)
-                if name[1] == "load and unload/shipped/request":
-                    counts[f"{STATIC_SETUP}/shipped/request"] = total(
-                        dump, CONSTRUCTOR, "--inclusive=yes")
+        subprocess.run(["valgrind", "--quiet", "--tool=callgrind",
+                        f"--callgrind-out-file={folder}/out", f"{build}/bin/measure",
+                        "--benchmark_format=json", "--benchmark_min_time=0",
+                        "--benchmark_repetitions=2"],
+                       env={"PATH": os.environ["PATH"]}, stdout=subprocess.DEVNULL, check=True)
+        dumps = pathlib.Path(folder).glob("out.*")
+        for dump in sorted(dumps, key=lambda file: int(file.suffix[1:])):
+            name = re.search(r"^desc: Trigger: Client Request: (.*)$", dump.read_text(), re.M)[1]
+            counts[name] = total(dump, "PROGRAM TOTALS") - total(dump, STRING_FUNCTION)
+            if name == "unload and load":
+                counts["static set-up"] = total(dump, CONSTRUCTOR, "--inclusive=yes")
     return counts
 
 
@@ -52,31 +50,22 @@ def total(dump, function, *options):
 
 
 def main(build, *options):
-    found = {name.removesuffix("/request"): figure for name, figure in sorted(count(build).items())
-             if name.endswith("/request")}
+    found = {name: figure for name, figure in count(build).items() if not name.endswith("/floor")}
     if "--accept" in options:
         KEPT.write_text(json.dumps(found, indent=2) + "\n")
         return 0
     kept = json.loads(KEPT.read_text())
-    wrong = 0
-    for name in sorted({*found, *kept}):
-        before, now = kept.get(name), found.get(name)
-        change = now / before - 1 if before and now else None
-        if change is None:
-            remark = "NOT IN BOTH"
-        elif change > TOLERANCE:
-            remark = f"{change:+.1%}, TOO MANY"
-        elif change < -TOLERANCE:
-            remark = f"{change:+.1%}, fewer: to guard it, {ACCEPT}"
-        else:
-            remark = f"{change:+.1%}"
-        wrong += change is None or change > TOLERANCE
-        print(f"{name}: {now} instructions, {before} kept ({remark})")
-    if wrong:
-        print(f"{wrong} too many by more than 5 percent, or not in both. Profile "
-              f"{build}/bin/count_requests with callgrind; if it has to be so:\n"
-              f"    {ACCEPT}", file=sys.stderr)
-    return min(wrong, 1)
+    failed = False
+    for name in {**kept, **found}:
+        before, now = kept.get(name, 0), found.get(name, 0)
+        change = now / before - 1 if before and now else math.inf
+        remark = " TOO MANY" if change > TOLERANCE else " fewer" if change < -TOLERANCE else ""
+        print(f"{name}: {now} instructions, {before} kept ({change:+.1%}){remark}")
+        failed = failed or change > TOLERANCE
+    if failed:
+        print(f"Profile {build}/bin/measure with callgrind; if it has to be so: {ACCEPT}",
+              file=sys.stderr)
+    return int(failed)
 
 
 if __name__ == "__main__":

@@ -1,156 +1,163 @@
 #include "requests.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <initializer_list>
-#include <string>
+#include <stdexcept>
+#include <vector>
 
+#include <dlfcn.h>
 #include <json-glib/json-glib.h>
 #include <libintl.h>
 
 #include "devinfo.h"
 #include "kvreg.h"
-#include "log.h"
+#include "platform_setup.h"
+#include "qlog.h"
 
 namespace {
 
-constexpr char kLanguage[] = "ko_KR";
+constexpr char kConfiguration[] = "/usr/share/lib-morvith-tv/res/config/hw_kbd_lang_config.json";
+constexpr char kHelpImage[] = "/usr/share/lib-morvith-tv/res/edje/help_morvith.edj";
 
-constexpr std::size_t kTypeTextSize = 256;
+using Texts = std::initializer_list<const char*>;
 
-struct Item {
-  char* value;
-  char* text;
-};
+constexpr Texts kItems = {DATA_PROVIDER_PAGE, DATA_PROVIDER_LANGUAGE, DATA_PROVIDER_TYPE};
+constexpr Texts kNames = {"COM_TV_KEYBOARD_SETTINGS_SPAUS_SETTINGS", "COM_TV_KEYBOARD_LANGUAGE",
+                          "COM_TV_KEYBOARD_TYPE"};
+constexpr Texts kHelpTexts = {"COM_SID_SETTINGS_GNP_CEJUL_CONFIGURE_CONNECTED_KEYBOARD_SETTINGS",
+                              "COM_SID_SETTINGS_GNP_CEJUL_SET_KEYBOARD_LANGUAGE",
+                              "COM_SID_SETTINGS_GNP_CEJUL_SET_KEYBOARD_TYPE"};
 
-void LoadCreateDeleteUnload(const Device& /*device*/) { const Plugin plugin; }
-
-void LoadCreateDeleteUnloadEmpty(const Device& /*device*/) {
-  const Plugin plugin(BENCH_EMPTY_PLUGIN);
-}
-
-void AskList(const Device& device, const char* key) {
+void AskList(const Library& library, const char* key) {
   int count = 0;
-  void** list = device.cbs()->get_list_items(key, &count);
-  device.cbs()->free_list_items(list, count);
-}
-
-void AskTypes(const Device& device) { AskList(device, kTypeKey); }
-void AskLanguages(const Device& device) { AskList(device, kLanguageKey); }
-
-void ParseConfiguration(const Device& /*device*/) {
-  static const std::string file =
-      std::getenv("MORVITH_TEST_ROOT") +
-      std::string("/usr/share/lib-morvith-tv/res/config/hw_kbd_lang_config.json");
-  JsonParser* parser = json_parser_new();
-  json_parser_load_from_file(parser, file.c_str(), nullptr);
-  g_object_unref(parser);
-}
-
-void Duplicate(Item& item, const std::string& value, const std::string& text) {
-  item = {strdup(value.c_str()), strdup(text.c_str())};
-}
-
-void Format(Item& item, const std::string& value, const std::string& text) {
-  const char* type = value.c_str() + sizeof(kLanguage);  // past "ko_KR."
-  item = {static_cast<char*>(std::calloc(1, kTypeTextSize)),
-          static_cast<char*>(std::calloc(1, kTypeTextSize))};
-  std::snprintf(item.text, kTypeTextSize - 1, "%s", text.c_str());
-  std::snprintf(item.value, kTypeTextSize - 1, "%s.%s", kLanguage, type);
-}
-
-template <void (*fill)(Item&, const std::string&, const std::string&)>
-void MakeAndFreeList(const Device::Choices& choices) {
-  auto** list = static_cast<Item**>(std::calloc(choices.size(), sizeof(void*)));
-  Item** end = list;
-  for (const auto& [value, text] : choices) {
-    *end = static_cast<Item*>(std::calloc(1, sizeof(Item)));
-    fill(**end++, value, text);
+  void** list = library->table().get_list_items(key, &count);
+  if (count == 0) {
+    throw std::runtime_error(std::string("an empty list: ") + key);
   }
-  for (Item** item = list; item != end; ++item) {
-    std::free((*item)->text);
-    std::free((*item)->value);
-    std::free(*item);
-  }
-  std::free(list);
+  library->table().free_list_items(list, count);
 }
 
-void MakeAndFreeTypes(const Device& device) {
-  std::free(kvreg_get_str(kLanguageKey));
-  MakeAndFreeList<Format>(device.types());
-}
+void AskTypes(Library& library) { AskList(library, DATA_PROVIDER_TYPE); }
+void AskLanguages(Library& library) { AskList(library, DATA_PROVIDER_LANGUAGE); }
 
-void MakeAndFreeLanguages(const Device& device) { MakeAndFreeList<Duplicate>(device.languages()); }
-
-// Of each item of the page.
-void AskTexts(const Device& device, int (*get)(const char* key, char** text)) {
-  for (const char* key : {kPageKey, kLanguageKey, kTypeKey}) {
+void AskTexts(const Library& library, int (*get)(const char* key, char** text), Texts keys) {
+  for (const char* key : keys) {
     char* text = nullptr;
     get(key, &text);
-    device.cbs()->release_string(text);
+    library->table().release_string(text);
   }
 }
 
-void AskNames(const Device& device) { AskTexts(device, device.cbs()->get_display_name); }
-void AskHelpTexts(const Device& device) { AskTexts(device, device.cbs()->get_help_text); }
+void AskNames(Library& library) { AskTexts(library, library->table().get_display_name, kItems); }
+void AskHelpTexts(Library& library) { AskTexts(library, library->table().get_help_text, kItems); }
 
-void Translate(std::initializer_list<const char*> message_ids) {
+void AskValue(Library& library) {
+  AskTexts(library, library->table().get_string, {DATA_PROVIDER_TYPE});
+}
+
+void AskHelpImage(Library& library) {
+  AskTexts(library, library->table().get_help_image_path, {DATA_PROVIDER_PAGE});
+}
+
+void SetLanguage(Library& library) { library->table().set_string(DATA_PROVIDER_LANGUAGE, "ko_KR"); }
+
+// The floors, in the same order.
+
+// What json_parser_load_from_file() does, which here only the library can call: the text is freed
+// before the parser is.
+void ParseConfiguration(Library& /*library*/) {
+  g_autoptr(JsonParser) parser = json_parser_new();
+  g_autofree gchar* text = nullptr;
+  gsize length = 0;
+  g_file_get_contents(LocateFile(kConfiguration).c_str(), &text, &length, nullptr);
+  if (json_parser_load_from_data(parser, text, static_cast<gssize>(length), nullptr) == FALSE) {
+    throw std::runtime_error("no configuration");
+  }
+}
+
+char* Duplicate(const std::string& text) { return strdup(text.c_str()); }
+
+char* CopyInTypeBlock(const std::string& text) {
+  auto* block = static_cast<char*>(std::calloc(1, DATA_PROVIDER_TYPE_LENGTH + 2));
+  text.copy(block, DATA_PROVIDER_TYPE_LENGTH);
+  return block;
+}
+
+// The same blocks as the library, all there at once.
+void MakeAndFreeList(const std::vector<ListItem>& choices, char* (*copy)(const std::string&)) {
+  std::vector<char**> list;
+  list.reserve(choices.size());
+  for (const ListItem& choice : choices) {
+    list.push_back(static_cast<char**>(std::calloc(2, sizeof(char*))));
+    list.back()[0] = copy(choice.value);
+    list.back()[1] = copy(choice.display_value);
+  }
+  for (char** item : list) {
+    std::free(item[1]);
+    std::free(item[0]);
+    std::free(item);
+  }
+}
+
+void MakeAndFreeLanguages(Library& library) {
+  static const std::vector<ListItem> languages = library->ListItems(DATA_PROVIDER_LANGUAGE).value();
+  MakeAndFreeList(languages, Duplicate);
+}
+
+void MakeAndFreeTypes(Library& library) {
+  static const std::vector<ListItem> types = library->ListItems(DATA_PROVIDER_TYPE).value();
+  std::free(kvreg_get_str(DATA_PROVIDER_LANGUAGE));
+  MakeAndFreeList(types, CopyInTypeBlock);
+}
+
+void Translate(Texts message_ids) {
   for (const char* id : message_ids) {
-    std::free(strdup(dgettext("lib-morvith-tv", id)));
+    std::free(strdup(dgettext(DATA_PROVIDER_TEXT_DOMAIN, id)));
   }
 }
 
-void TranslateNames(const Device& /*device*/) {
-  Translate({"COM_TV_KEYBOARD_SETTINGS_SPAUS_SETTINGS", "COM_TV_KEYBOARD_LANGUAGE",
-             "COM_TV_KEYBOARD_TYPE"});
-}
+void TranslateNames(Library& /*library*/) { Translate(kNames); }
+void TranslateHelpTexts(Library& /*library*/) { Translate(kHelpTexts); }
 
-void TranslateHelpTexts(const Device& /*device*/) {
-  Translate({"COM_SID_SETTINGS_GNP_CEJUL_CONFIGURE_CONNECTED_KEYBOARD_SETTINGS",
-             "COM_SID_SETTINGS_GNP_CEJUL_SET_KEYBOARD_LANGUAGE",
-             "COM_SID_SETTINGS_GNP_CEJUL_SET_KEYBOARD_TYPE"});
-}
+void ReadRegistry(Library& /*library*/) { std::free(kvreg_get_str(DATA_PROVIDER_TYPE)); }
 
-void AskValue(const Device& device) {
-  char* value = nullptr;
-  device.cbs()->get_string(kTypeKey, &value);
-  device.cbs()->release_string(value);
-}
-
-void ReadRegistry(const Device& /*device*/) { std::free(kvreg_get_str(kTypeKey)); }
-
-void AskHelpImage(const Device& device) {
-  char* path = nullptr;
-  device.cbs()->get_help_image_path(kPageKey, &path);
-  device.cbs()->release_string(path);
-}
-
-void ReadCapability(const Device& /*device*/) {
+void ReadCapability(Library& /*library*/) {
   bool supported = false;
   devinfo_get_custom_bool("com.velmora/featureconf/bt_profile_bt_smart_control", &supported);
-  std::free(strdup("/usr/share/lib-morvith-tv/res/edje/help_morvith.edj"));
+  std::free(strdup(kHelpImage));
 }
 
-void SetLanguage(const Device& device) { device.cbs()->set_string(kLanguageKey, kLanguage); }
+void WriteRegistry(Library& /*library*/) {
+  kvreg_set_str(DATA_PROVIDER_LANGUAGE, "ko_KR");
+  __qlog_print(QLOG_ID_MAIN, QLOG_PRIORITY_INFO, "IME_QEL", "ko_KR.kr_ibm106");
+  kvreg_set_str(DATA_PROVIDER_TYPE, "ko_KR.kr_ibm106");
+}
 
-void WriteRegistry(const Device& /*device*/) {
-  constexpr char kType[] = "ko_KR.kr_ibm106";
-  kvreg_set_str(kLanguageKey, kLanguage);
-  QEL_INFO("set keyboard_language = %s", kType);
-  kvreg_set_str(kTypeKey, kType);
+// The library must not be there, as it would keep its dependencies loaded.
+void LoadEmpty(Library& library) {
+  library.reset();
+  dlclose(dlopen(BENCH_EMPTY, RTLD_NOW | RTLD_LOCAL));
 }
 
 }  // namespace
 
+void Load(Library& library) {
+  library.reset();
+  library = std::make_unique<Provider>(BENCH_PLUGIN);
+}
+
 const Request kRequests[] = {
-    {"first type list", Library::kLoaded, AskTypes, ParseConfiguration},
-    {"language list", Library::kAsked, AskLanguages, MakeAndFreeLanguages},
-    {"type list", Library::kAsked, AskTypes, MakeAndFreeTypes},
-    {"names", Library::kAsked, AskNames, TranslateNames},
-    {"help texts", Library::kAsked, AskHelpTexts, TranslateHelpTexts},
-    {"value", Library::kAsked, AskValue, ReadRegistry},
-    {"help image", Library::kAsked, AskHelpImage, ReadCapability},
-    {"set language", Library::kAsked, SetLanguage, WriteRegistry},
-    {"load and unload", Library::kAbsent, LoadCreateDeleteUnload, LoadCreateDeleteUnloadEmpty},
+    {"first type list, real size", AskTypes, ParseConfiguration, BENCH_ROOTS "/real_x1", Load},
+    {"first type list, 10 times real size", AskTypes, ParseConfiguration, BENCH_ROOTS "/real_x10",
+     Load},
+    {"first type list, shipped", AskTypes, ParseConfiguration, BENCH_ROOTS "/shipped", Load},
+    {"language list", AskLanguages, MakeAndFreeLanguages},
+    {"type list", AskTypes, MakeAndFreeTypes},
+    {"names", AskNames, TranslateNames},
+    {"help texts", AskHelpTexts, TranslateHelpTexts},
+    {"value", AskValue, ReadRegistry},
+    {"help image", AskHelpImage, ReadCapability},
+    {"set language", SetLanguage, WriteRegistry},
+    {"unload and load", Load, LoadEmpty},
 };

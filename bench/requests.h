@@ -1,21 +1,26 @@
 // What a settings page asks of the library, each beside its floor: the work that no implementation
-// can avoid, done bare. A floor works on the same platform and heap as the library.
+// can avoid, done bare, on the same device and heap.
 #ifndef BENCH_REQUESTS_H
 #define BENCH_REQUESTS_H
 
-#include "device.h"
+#include <memory>
 
-using Work = void (*)(const Device& device);
+#include "Provider.h"
+
+using Library = std::unique_ptr<Provider>;
+using Work = void (*)(Library& library);
 
 struct Request {
   const char* name;
-  Library start;  // how far the library is when the request comes
   Work ask;
   Work floor;
+  const char* root = BENCH_ROOTS "/shipped";
+  Work prepare = nullptr;  // before each time, and not measured
 };
 
-inline constexpr const char* kConfigurations[] = {"shipped", "real_x1", "real_x10", "real_x100"};
+extern const Request kRequests[11];
 
-extern const Request kRequests[9];
+// Anew, if it is loaded: it has not read its configuration.
+void Load(Library& library);
 
 #endif
