@@ -47,9 +47,7 @@ JsonArray* ArrayOf(JsonNode* node) {
 }
 
 const char* StringOf(JsonNode* node) {
-  return node != nullptr && json_node_get_value_type(node) == G_TYPE_STRING
-             ? json_node_get_string(node)
-             : nullptr;
+  return node != nullptr && JSON_NODE_HOLDS_VALUE(node) ? json_node_get_string(node) : nullptr;
 }
 
 // The list of an element of the locale table, without what is no type id.
@@ -90,7 +88,7 @@ void ReadKeyboardName(guint index, JsonNode* node, NameTable& table) {
                 name == nullptr ? "name" : "display_name");
     return;
   }
-  table.try_emplace(name, display_name);
+  table.emplace(name, display_name);
 }
 
 void ReadLocale(guint index, JsonNode* node, LocaleTable& table) {
