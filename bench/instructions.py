@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Counts the instructions of each request under callgrind, and fails if one takes over 5 percent
 more than is kept in instructions.json. Arguments: the folder of the build; --accept keeps them."""
 

@@ -1,7 +1,5 @@
 // Times each request and its floor; under callgrind, counts the instructions of each as well, in a
 // dump named after it. The libraries that they call into count too.
-#include <clocale>
-#include <cstdlib>
 #include <iterator>
 
 #include <benchmark/benchmark.h>
@@ -9,6 +7,7 @@
 
 #include "platform_setup.h"
 #include "requests.h"
+#include "ui_language.h"
 
 namespace {
 
@@ -21,8 +20,7 @@ void Measure(benchmark::State& state) {
   const bool counts = RUNNING_ON_VALGRIND != 0;
 
   state.SetLabel(name);
-  std::setlocale(LC_ALL, "C.UTF-8");
-  setenv("LANGUAGE", "ko", 1);
+  UseUiLanguage("ko_KR");
   UseRoot(request.root);
   Library library;
   Load(library);

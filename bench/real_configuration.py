@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Writes a keyboard configuration of real size: every layout and variant that the evdev rules of
 xkb-data list, and every locale that one of them is for; only the members that the library reads.
 Arguments: the file to write, and how many times to write it all, for other boards and locales."""

@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Prints one table, in Markdown, of ratios: each request to its floor, and what other libraries and
 the bare parse take to what the library takes. Times are the processor's, and all figures medians.
 The argument is the folder of the build."""

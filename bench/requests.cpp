@@ -12,7 +12,6 @@
 
 #include "devinfo.h"
 #include "kvreg.h"
-#include "platform_setup.h"
 #include "qlog.h"
 
 namespace {
@@ -64,14 +63,9 @@ void SetLanguage(Library& library) { library->table().set_string(DATA_PROVIDER_L
 
 // The floors, in the same order.
 
-// What json_parser_load_from_file() does, which here only the library can call: the text is freed
-// before the parser is.
 void ParseConfiguration(Library& /*library*/) {
   g_autoptr(JsonParser) parser = json_parser_new();
-  g_autofree gchar* text = nullptr;
-  gsize length = 0;
-  g_file_get_contents(LocateFile(kConfiguration).c_str(), &text, &length, nullptr);
-  if (json_parser_load_from_data(parser, text, static_cast<gssize>(length), nullptr) == FALSE) {
+  if (json_parser_load_from_file(parser, kConfiguration, nullptr) == FALSE) {
     throw std::runtime_error("no configuration");
   }
 }

@@ -1,4 +1,4 @@
-// A program that defines its own takes the place of this one.
+// The host's default slots. A program that defines init_data_provider_cbs itself leaves this out.
 #include "data_provider.h"
 
 // Empty slots: a call of one that no provider fills would be seen at once.

@@ -34,7 +34,7 @@ if(MORVITH_PLATFORM STREQUAL "stand-in")
   set(CPACK_DEBIAN_HOST_DESCRIPTION
     "Menu host for data providers, without a television\n\
 The menu_host command, which shows and sets the keyboard page, and stand-ins for the device's\n\
-registry, system information and log, with device profiles.")
+registry, system information, log and file system, with device profiles.")
 endif()
 
 include(CPack)

@@ -26,8 +26,8 @@ struct Filling {
 };
 
 // GObject never forgets a registered type, nor can a type be registered twice. If JSON-GLib were
-// unloaded together with this library, its types would be lost for the rest of the process. Done
-// while this library is loaded, as glibc's dlopen, refused memory, spoils those that follow.
+// unloaded together with this library, its types would be lost for the rest of the process. On
+// loading, not on first use: a dlopen that is refused memory makes glibc fail the next ones too.
 [[gnu::constructor]] void KeepJsonGlibLoaded() {
   Dl_info json_glib = {};
   if (dladdr(reinterpret_cast<void*>(json_parser_new), &json_glib) == 0 ||

@@ -78,7 +78,7 @@ void LogException(const char* key, const char* failure) noexcept {
 // Carries a request out. An exception of any type, be it the platform's own, ends here and in the
 // log: none may reach the host. Returns whether there was none.
 template <typename Request>
-bool Contain(const char* key, const char* failure, Request request) noexcept {
+bool CatchAll(const char* key, const char* failure, Request request) noexcept {
   try {
     request();
     return true;
@@ -92,7 +92,7 @@ bool Contain(const char* key, const char* failure, Request request) noexcept {
 template <typename Text>
 void HandOut(const char* key, char** copy, Text text) noexcept {
   *copy = nullptr;
-  Contain(key, "nothing to hand out", [&] { *copy = CopyForHost(text()); });
+  CatchAll(key, "nothing to hand out", [&] { *copy = CopyForHost(text()); });
 }
 
 bool GetInforSupportBTSmartControl() {
@@ -112,7 +112,7 @@ int set_string(const char* key, const char* value) noexcept {
   if (item == nullptr || item->setter == nullptr) {
     return 1;
   }
-  Contain(key, "not stored, or its type not with it", [&] { item->setter(value); });
+  CatchAll(key, "not stored, or its type not with it", [&] { item->setter(value); });
   return 1;
 }
 
@@ -122,7 +122,7 @@ int get_string(const char* key, char** value) noexcept {
   const MenuItem* item = FindRow(menu_item_list, key);
   if (item != nullptr && item->getter != nullptr && value != nullptr) {
     *value = nullptr;
-    Contain(key, "not read", [&] { item->getter(value); });
+    CatchAll(key, "not read", [&] { item->getter(value); });
   }
   return 1;
 }
@@ -165,7 +165,7 @@ void** get_list_items(const char* key, int* count) noexcept {
     return nullptr;
   }
   void** list = nullptr;
-  if (!Contain(key, "no list", [&] { list = item->list_builder(key, count); })) {
+  if (!CatchAll(key, "no list", [&] { list = item->list_builder(key, count); })) {
     *count = 0;
   }
   return list;

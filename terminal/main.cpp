@@ -19,6 +19,7 @@
 #include "page_check.h"
 #include "platform_setup.h"
 #include "report.h"
+#include "terminal_text.h"
 #include "ui_language.h"
 
 namespace {
@@ -32,8 +33,9 @@ void CheckStored(const Setting& language, const Setting& type, const Options& op
                  bool is_choice) {
   const bool sets_language = options.setting == SettingId::kLanguage;
   const std::string stored = (sets_language ? language : type).value.value_or("");
-  const std::string difference =
-      "'" + options.value + "' was handed to the provider; stored is '" + stored + "'";
+  const std::string difference = "'" + Printable(options.value) +
+                                 "' was handed to the provider; stored is '" + Printable(stored) +
+                                 "'";
   if (stored != options.value && (is_choice || !sets_language || stored.empty())) {
     throw HostError(difference);
   }
@@ -65,7 +67,8 @@ void Set(const KeyboardPage& page, const Options& options, Report& report) {
   }
   const bool is_choice = std::find(values.begin(), values.end(), options.value) != values.end();
   if (!is_choice && !options.force) {
-    throw HostError("'" + options.value + "' is none of the choices: " + Join(values) +
+    throw HostError("'" + Printable(options.value) +
+                    "' is none of the choices: " + Printable(Join(values)) +
                     ".\nWith --force it is handed to the provider as it is.");
   }
   page.Store(options.setting, options.value);

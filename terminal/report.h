@@ -3,7 +3,6 @@
 #define TERMINAL_REPORT_H
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 

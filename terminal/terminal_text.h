@@ -2,7 +2,6 @@
 #ifndef TERMINAL_TERMINAL_TEXT_H
 #define TERMINAL_TERMINAL_TEXT_H
 
-#include <cstddef>
 #include <string>
 #include <vector>
 

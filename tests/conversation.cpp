@@ -1,6 +1,5 @@
 #include "conversation.h"
 
-#include <clocale>
 #include <cstdlib>
 #include <map>
 #include <sstream>
@@ -12,6 +11,7 @@
 
 #include "failing_allocator.h"
 #include "fake_platform.h"
+#include "ui_language.h"
 
 namespace {
 
@@ -57,8 +57,7 @@ std::string PluginUnderTest() {
 
 Conversation::Conversation() {
   ResetPlatform();
-  std::setlocale(LC_ALL, "C.UTF-8");
-  unsetenv("LANGUAGE");
+  UseUiLanguage(kNoLanguage);
 }
 
 Conversation::~Conversation() { Unload(); }
@@ -103,8 +102,7 @@ bool Conversation::SetUp(const std::string& command, const std::string& rest) {
   } else if (command == "stored") {
     Platform().registry[Key(name)] = Argument(value);
   } else if (command == "ui-language") {
-    setenv("LANGUAGE", rest.c_str(), 1);
-    textdomain("");  // gettext looks at it again
+    UseUiLanguage(rest);
   } else {
     return false;
   }

@@ -18,11 +18,10 @@ CHINESE = '"cn_ibm104", "cn_altgr_pinyin_ibm104"'
 CONFIG_FAULTS = (
     (TABLE, '"deep": [[[[]]]], ' + TABLE, "line 3, column 14: not strict JSON of this format: a"),
     (TABLE, '"deep": ' + "[" * 100_000, "line 3, column 14: not strict JSON of this format: a"),
-    (NAME, f'"{"ท" * 80}\u200c\\"{"[" * 10}"'),
+    (NAME, f'"{"ท" * 80}\u200c\\"{"[" * 9}"'),
     (TABLE, TABLE + "// ours", "line 3, column 25: not strict JSON of this format: Expecting"),
     ("Thai (Pattachote)", "\udcff", "is not UTF-8"),
     (SCHEMA, '"\\ud800"', '$schema: "\\ud800" holds half of a surrogate pair'),
-    (SCHEMA, "9" * 5000, "$schema: inf is not of type 'string'. The path of the schema"),
     (TYPE, f'"{"ç" * 80}", {TYPE}', "[115]: '" + "\\xe7" * 76 + "... A keyboard type is an object"),
     (f'"display_name": {NAME}, ', "", '"th_ibm104": \'display_name\' is a required property'),
     (NAME, NAME + ', "xkb": {}', '[115] "th_ibm104": the member "xkb" stands there more than once'),
@@ -42,7 +41,6 @@ CONFIG_FAULTS = (
 LANGUAGE = "COM_TV_KEYBOARD_LANGUAGE"
 ENTRY, TEXT = f'msgid "{LANGUAGE}"', '"키보드 언어"'
 CATALOGUE_FAULTS = (
-    ('"Language-Team: none\\n"\n', "", "line 3: warning: header field 'Language-Team' missing"),
     (TEXT, TEXT[:-1], "line 35: end-of-line within string; mend it until msgfmt"),
     (TEXT, '"키보드\\b언어"', f"unusual-character-in-translation msgid {LANGUAGE}: U+0008"),
     (ENTRY, 'msgid "OWN"', f"{LANGUAGE}: not in the catalogue", "OWN: not in the template"),

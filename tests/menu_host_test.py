@@ -1,13 +1,17 @@
 """menu_host as a person and a script use it, where it was built."""
 
+import contextlib
 import json
 import os
 import pathlib
+import random
 import resource
 import shlex
 import shutil
+import sqlite3
 import subprocess
 import tempfile
+import time
 import unittest
 
 MENU_HOST = pathlib.Path(os.environ["MENU_HOST"])
@@ -38,11 +42,9 @@ DIALOGUE = (
     ("list type", 0, ["stored: 'odd\ufffd[31m\ufffd\ufffdvalue', none of the choices"]),
     ("--device prototype --log error list language", 0, ["English "]),
     ("--device prototype --log warning list language", 0, ["sys_lang_id [32] not support"]),
-    ("--registry /nowhere/registry.db", 1, ["'/nowhere'", "Make it"]),
     ("--ui-language korean", 2, ["ll_CC", "ko_KR"]),
     ("--ui-language eo_EO", 1, ["no catalogue for the language 'eo_EO'", ", zh_TW, zu."]),
     ("--device moon", 1, ["no device profile 'moon'", "europe, global, prototype"]),
-    ("--device /etc/passwd", 1, ["key file"]),
     ("--root /nowhere", 1, ["'/nowhere/usr/share/lib-morvith-tv'", "--root"]),
     ("--plugin /nowhere.so", 1, ["cannot load the plug-in: /nowhere.so"]),
     (f"--plugin {next(ROOT.glob('usr/lib/*/libqlog.so'))}", 1, ["does not export create_provider"]),
@@ -66,8 +68,6 @@ FINDINGS = (
     ("1", EDJE, b"", f"page: help image '/{RESOURCES}/{EDJE}' is empty; install it anew"),
     ("1", ENGLISH, None, "interface en_US: page is not translated at all; "
                          "add the catalogue 'en_US', or one of its language"),
-    ("0;1", KOREAN, b"", "interface ko_KR: page is not translated at all; "
-                         "replace the catalogue 'ko'"),
     ("0;12", KOREAN, KOREAN_TEXTS.replace(b"LANGUAGE_GERMAN", b"LANGUAGE_GERMAX"),
      "interface ko_KR: text 'SID_SETUP_LANGUAGE_GERMAN' is not translated; "
      "add its msgstr to the catalogue 'ko'"),
@@ -91,11 +91,12 @@ class MenuHostTest(unittest.TestCase):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         self.folder = pathlib.Path(folder.name)
+        self.registry = self.folder / "registry.db"
+        self.command = [MENU_HOST, "--registry", self.registry]
         self.environment = {**os.environ, "TMPDIR": folder.name}
 
     def host(self, *arguments, status=0, **options):
-        done = subprocess.run([MENU_HOST, "--registry", self.folder / "registry.db", *arguments],
-                              capture_output="stdout" not in options, text=True, timeout=60,
+        done = subprocess.run([*self.command, *arguments], capture_output="stdout" not in options, text=True, timeout=60,
                               check=False, env=self.environment, **options)
         self.assertEqual(done.returncode, status, done)
         return done
@@ -135,6 +136,7 @@ class MenuHostTest(unittest.TestCase):
         for device in ("global", "europe"):
             done = self.host("check", "--device", device)
             self.assertEqual((done.stdout, done.stderr), ("", ""))
+        self.assertEqual(list(self.folder.iterdir()), [self.registry])
         self.assertIn("ko_KR.kr_ibm106", self.host().stdout)
 
     def test_check_finds_in_an_image_what_would_trip_a_viewer_up(self):
@@ -149,18 +151,44 @@ class MenuHostTest(unittest.TestCase):
             self.assertEqual(done.stdout.splitlines(), [finding])
             shutil.rmtree(resources)
 
-    def test_reports_what_fails(self):
-        done = self.host("check", "--json", "--device", self.profile("system_language_ids=1"),
-                         status=1, restore_signals=False,
-                         preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (0, 0)))
-        finding, = json.loads(done.stdout)["findings"]
-        self.assertEqual((finding["item"], finding["problem"]),
-                         ("language 'en_US'", "is not stored"))
-        (self.folder / "registry.db").mkdir()
-        done = self.host("set", "language", "ko_KR", status=1)
-        self.assertIn("Fail Set Default Keyboard Language", done.stderr)
+    def test_reports_what_is_not_stored_and_keeps_what_was(self):
+        def limit(size):
+            return {"restore_signals": False, "status": 1, "preexec_fn": lambda:
+                    resource.setrlimit(resource.RLIMIT_FSIZE, (size, size))}
+        done = self.host("check", "--json", **limit(0))
+        self.assertEqual(json.loads(done.stdout)["findings"][0]["problem"], "is not stored")
+        self.host("set", "language", "ko_KR")
+        done = self.host("set", "type", "x" * 80000, "--force", **limit(16384))
+        self.assertIn("error KVREG: cannot write", done.stderr)
+        self.assertIn("ko_KR.kr_ibm106", self.host().stdout)
         with open("/dev/full", "w", encoding="utf-8") as full:
             self.host("info", stdout=full, status=1)
+
+    def test_keeps_whole_values_when_its_process_is_killed(self):
+        values = {"ko_KR", "ko_KR.kr_ibm106", "de_DE", "de_DE.de_ibm105"}
+        interrupted = 0
+        for language in ["ko_KR", "de_DE"] * 100:
+            with subprocess.Popen([*self.command, "set", "language", language],
+                                  stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL) as writer:
+                time.sleep(random.uniform(0.01, 0.06))
+                writer.kill()
+            interrupted += (self.folder / "registry.db-journal").exists()
+            page = json.loads(self.host("--json").stdout)
+            stored = {page["language"]["value"], page["type"]["value"]}
+            self.assertLessEqual(stored, {None, *values})
+        self.assertGreater(interrupted, 0)
+
+    def test_waits_for_its_turn_and_tells_a_null_value(self):
+        with contextlib.closing(sqlite3.connect(self.registry, isolation_level=None)) as other:
+            other.execute("CREATE TABLE registry (key TEXT PRIMARY KEY, value TEXT)")
+            other.execute("INSERT INTO registry VALUES ('db/ime/hardware_keyboard_name', NULL)")
+            self.assertIn("its value is NULL", self.host().stderr)
+            other.execute("BEGIN IMMEDIATE")
+            with subprocess.Popen([*self.command, "set", "language", "ko_KR"],
+                                  stdout=subprocess.DEVNULL) as writer:
+                time.sleep(0.3)
+                other.execute("COMMIT")
+            self.assertEqual(writer.returncode, 0)
 
 
 if __name__ == "__main__":

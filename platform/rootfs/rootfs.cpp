@@ -8,7 +8,6 @@
 #include <dlfcn.h>
 #include <json-glib/json-glib.h>
 #include <libintl.h>
-#include <link.h>
 
 namespace {
 
@@ -27,20 +26,29 @@ std::string_view Root() {
   return root;
 }
 
-// A path that is too long stays cut, and names no file.
+// A path that is too long stays cut, and names no file. Null stays null.
 class Located {
  public:
-  explicit Located(const char* path) { rootfs_locate(path, m_path, sizeof(m_path)); }
-  const char* c_str() const { return m_path; }
+  explicit Located(const char* path) : m_is_null(path == nullptr) {
+    if (!m_is_null) {
+      rootfs_locate(path, m_path, sizeof(m_path));
+    }
+  }
+  const char* c_str() const { return m_is_null ? nullptr : m_path; }
 
  private:
+  bool m_is_null;
   char m_path[PATH_MAX];
 };
 
-// What the library that holds `caller` would have called were it not for this stand-in. JSON-GLib
-// may be loaded for that library alone, where RTLD_NEXT does not look. To the C library, the link
-// map of a library is its handle.
+// What `caller` would have called were it not for this stand-in. The program may have loaded
+// JSON-GLib for one library alone, where RTLD_NEXT does not look. To the C library, the link map of
+// a library is its handle.
 void* Original(const char* function, const void* caller) {
+  void* original = dlsym(RTLD_NEXT, function);
+  if (original != nullptr) {
+    return original;
+  }
   Dl_info library = {};
   void* handle = nullptr;
   dladdr1(caller, &library, &handle, RTLD_DL_LINKMAP);
@@ -61,7 +69,7 @@ extern "C" {
 // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): glibc's are reserved
 [[gnu::visibility("default")]] char* bindtextdomain(const char* domain, const char* directory) {
   const auto bind = reinterpret_cast<decltype(&bindtextdomain)>(dlsym(RTLD_NEXT, "bindtextdomain"));
-  return bind(domain, directory == nullptr ? nullptr : Located(directory).c_str());
+  return bind(domain, Located(directory).c_str());
 }
 
 [[gnu::visibility("default")]] gboolean json_parser_load_from_file(JsonParser* parser,

@@ -56,7 +56,7 @@ bool IsUnusable(const char* key) {
   if (Is("throwing", key)) {
     throw 7;  // as no function of the platform may: not even an exception of the standard library
   }
-  return Is("unusable", key) || Is("unusable", "all");
+  return Is("unusable", key);
 }
 
 }  // namespace
