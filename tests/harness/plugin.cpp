@@ -1,11 +1,22 @@
 #include "plugin.h"
 
+#include <cstdlib>
 #include <stdexcept>
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
-Plugin::Plugin() : Plugin(TEST_PLUGIN) {}
+namespace {
+
+// scripts/mutate has the tests load a broken one.
+const char* PluginFile() {
+  const char* given = std::getenv("MORVITH_PLUGIN");
+  return given == nullptr ? TEST_PLUGIN : given;
+}
+
+}  // namespace
+
+Plugin::Plugin() : Plugin(PluginFile()) {}
 
 Plugin::Plugin(const char* file) : m_file(file), m_library(dlopen(file, RTLD_NOW | RTLD_LOCAL)) {
   if (m_library == nullptr) {
