@@ -36,14 +36,15 @@ struct Filling {
   }
 }
 
-// The next three take null for a node that is not there, and answer null for one of another type.
+// The next three answer null for a node of another type; all but ArrayOf take null for a node that
+// is not there.
 
 JsonObject* ObjectOf(JsonNode* node) {
   return node != nullptr && JSON_NODE_HOLDS_OBJECT(node) ? json_node_get_object(node) : nullptr;
 }
 
 JsonArray* ArrayOf(JsonNode* node) {
-  return node != nullptr && JSON_NODE_HOLDS_ARRAY(node) ? json_node_get_array(node) : nullptr;
+  return JSON_NODE_HOLDS_ARRAY(node) ? json_node_get_array(node) : nullptr;
 }
 
 const char* StringOf(JsonNode* node) {
@@ -52,16 +53,16 @@ const char* StringOf(JsonNode* node) {
 
 // The list of an element of the locale table, without what is no type id.
 std::vector<std::string> ReadKeyboardTypes(guint index, JsonObject* element) {
-  std::vector<std::string> types;
   JsonNode* member = json_object_get_member(element, kKeyboardTypes);
   if (member == nullptr) {
-    return types;
+    return {};
   }
   JsonArray* array = ArrayOf(member);
   if (array == nullptr) {
     QEL_WARNING("%s[%u].%s skipped: not an array", kLocaleTable, index, kKeyboardTypes);
-    return types;
+    return {};
   }
+  std::vector<std::string> types;
   const guint length = json_array_get_length(array);
   types.reserve(length);
   for (guint i = 0; i < length; ++i) {

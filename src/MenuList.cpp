@@ -28,7 +28,4 @@ MenuListItem& MenuList::AddItem() {
   return *item;
 }
 
-void** MenuList::Release() noexcept {
-  m_count = 0;
-  return std::exchange(m_items, nullptr);
-}
+void** MenuList::Release() noexcept { return std::exchange(m_items, nullptr); }
