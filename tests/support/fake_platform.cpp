@@ -22,7 +22,9 @@
 #include "devinfo.h"
 #include "failing_allocator.h"
 #include "kvreg.h"
+#include "platform_setup.h"
 #include "qlog.h"
+#include "rootfs.h"
 
 namespace fs = std::filesystem;
 
@@ -32,10 +34,10 @@ namespace {
 const fs::path& Root() {
   static std::string folder = testing::TempDir() + "morvith.XXXXXX";
   static const fs::path root = mkdtemp(folder.data());
-  const fs::path resources = root / "usr/share/lib-morvith-tv/res";
+  const fs::path resources = root.string() + ROOTFS_RESOURCES "/res";
   if (fs::create_directories(resources / "config")) {
     fs::create_symlink(TEST_CATALOGUES, resources / "locale");
-    setenv("ROOTFS_DIR", root.c_str(), 1);
+    UseRoot(root);
     std::atexit([] { fs::remove_all(root); });
   }
   return root;
@@ -79,7 +81,7 @@ void ResetPlatform() {
 }
 
 void InstallKeyboardConfig(const std::string& contents) {
-  const fs::path file = Root() / "usr/share/lib-morvith-tv/res/config/hw_kbd_lang_config.json";
+  const fs::path file = Root().string() + ROOTFS_RESOURCES "/res/config/hw_kbd_lang_config.json";
   fs::remove(file);
   KeyboardConfigOpens();
   if (contents != "missing") {
