@@ -25,6 +25,5 @@ TEST(Conversations, TakePlaceAsWritten) {
       written += line.empty() ? "" : line + "\n";
     }
     EXPECT_EQ(heard, written) << entry.path();
-    EXPECT_NE(written, "") << entry.path();
   }
 }
