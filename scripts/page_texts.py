@@ -3,12 +3,16 @@
 import pathlib
 import re
 
+import wcwidth
+
 SOURCE = pathlib.Path(__file__).resolve().parent.parent
 LANGUAGE_TABLE = SOURCE / "src/LanguageConfigManager.cpp"
 BOUNDARY = SOURCE / "platform/data_provider/data_provider.h"
 
 # Bytes: what is longer the library cuts, or does not fit a menu.
 LONGEST_TEXT = int(re.search(r"DATA_PROVIDER_TYPE_LENGTH (\d+)", BOUNDARY.read_text())[1])
+NAME_COLUMNS = 36  # of a terminal, for a line of the menu
+HELP_COLUMNS = 70  # for the line or two beside it
 INVISIBLE = "\u200c\u200d\u00a0\u202f"  # joiners within words, and the spaces that do not break
 
 
@@ -24,6 +28,11 @@ def message_ids():
     """The message ids that the library uses."""
     code = "".join(source.read_text() for source in SOURCE.glob("src/*.cpp"))
     return set(re.findall(r'"((?:COM_|SID_|IDS_|TV_)\w+)"', code))
+
+
+def columns(text):
+    """How wide a text is; negative where faults() finds a control character."""
+    return wcwidth.wcswidth(text)
 
 
 def faults(text, invisible=INVISIBLE):
