@@ -13,6 +13,7 @@ BOUNDARY = SOURCE / "platform/data_provider/data_provider.h"
 LONGEST_TEXT = int(re.search(r"DATA_PROVIDER_TYPE_LENGTH (\d+)", BOUNDARY.read_text())[1])
 NAME_COLUMNS = 36  # of a terminal, for a line of the menu
 HELP_COLUMNS = 70  # for the line or two beside it
+DIRECTIVE = re.compile(r"%[-+#'\d.$*]*[A-Za-z%]")
 INVISIBLE = "\u200c\u200d\u00a0\u202f"  # joiners within words, and the spaces that do not break
 
 
@@ -42,3 +43,5 @@ def faults(text, invisible=INVISIBLE):
         yield f"U+{ord(hidden):04X} is no character to read", "remove it"
     elif text != text.strip():
         yield "a blank at an end", "remove it"
+    elif directive := DIRECTIVE.search(text):
+        yield f"{directive[0]} is a directive of a format string, which no text is", "remove it"

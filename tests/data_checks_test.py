@@ -39,19 +39,23 @@ CONFIG_FAULTS = (
     (CHINESE, f'"us_ibm104", {CHINESE}', '"us_ibm104" and "cn_ibm104" are the same keymap'),
 )
 LANGUAGE = "COM_TV_KEYBOARD_LANGUAGE"
-ENTRY, TEXT = f'msgid "{LANGUAGE}"', '"키보드 언어"'
+ENTRY, TEXT = f'msgid "{LANGUAGE}"', '"Tastatursprache"'
+GERMAN, HELP = "SID_SETUP_LANGUAGE_GERMAN", '"Sprache der Tastatur festlegen."'
 CATALOGUE_FAULTS = (
+    ("charset=UTF-8", "charset=ISO-8859-1", "the header: charset is ISO-8859-1; save the file"),
     (TEXT, TEXT[:-1], "line 35: end-of-line within string; mend it until msgfmt"),
-    (TEXT, '"키보드\\b언어"', f"unusual-character-in-translation msgid {LANGUAGE}: U+0008"),
+    (TEXT, '"Tastatur\\bsprache"', f"unusual-character-in-translation msgid {LANGUAGE}: U+0008"),
     (ENTRY, 'msgid "OWN"', f"{LANGUAGE}: not in the catalogue", "OWN: not in the template"),
     (TEXT, '""', f"{LANGUAGE}: not translated"),
     (ENTRY, "#, fuzzy\n" + ENTRY, f"{LANGUAGE}: fuzzy"),
-    (TEXT, TEXT + '\n\n#~ msgid "OLD"\n#~ msgstr "옛"', "OLD: obsolete"),
-    ("Language: ko", "Language: de", "the header: Language is de, the file is named after ko"),
-    (TEXT, f'"{"글" * 84}..."', f"{LANGUAGE}: 255 bytes; shorten it to 254"),
-    (TEXT, '"키보드 언어 "', f"{LANGUAGE}: a blank at an end"),
-    (TEXT, '"SID_SETUP_LANGUAGE_GERMAN"', f"{LANGUAGE}: the text is a message id"),
-    ('"독일어"', '"영어"', "SID_SETUP_LANGUAGE_GERMAN: reads as SID_SETUP_LANGUAGE_ENGLISH does"),
+    (TEXT, TEXT + '\n\n#~ msgid "OLD"\n#~ msgstr "alt"', "OLD: obsolete"),
+    ("Language: de", "Language: ko", "the header: Language is ko, the file is named after de"),
+    (TEXT, f'"{"글" * 18}%1$s"', "40 columns; shorten it to 36", f"{LANGUAGE}: %1$s is a directive"),
+    (HELP, f'"{"글" * 35} "', "71 columns; shorten it to 70", "LANGUAGE: a blank at an end"),
+    (TEXT, f'"e{chr(0x301) * 127}"', f"{LANGUAGE}: 255 bytes; shorten it to 254"),
+    (TEXT, f'"{GERMAN}"', f"{LANGUAGE}: the text is a message id"),
+    ('"Deutsch"', '"Englisch"', f"{GERMAN}: reads as SID_SETUP_LANGUAGE_ENGLISH does"),
+    ('"Deutsch"', '"deutsch"', f"{GERMAN}: begins otherwise than most names of languages"),
 )
 TEMPLATE_FAULTS = ((ENTRY, 'msgid "OWN"', f"{LANGUAGE}: the library uses it; add it",
                     "OWN: the library does not use it; remove it"),)
@@ -87,7 +91,7 @@ class DataChecksTest(unittest.TestCase):
         self.expect(CHECK_DATA, f"{SOURCE}/res/config/hw_kbd_lang_config.json", CONFIG_FAULTS)
 
     def test_finds_each_fault_of_a_catalogue_and_nothing_else(self):
-        self.expect(CHECK_TEXTS, f"{SOURCE}/res/locale/ko.po", CATALOGUE_FAULTS)
+        self.expect(CHECK_TEXTS, f"{SOURCE}/res/locale/de.po", CATALOGUE_FAULTS)
 
     def test_finds_a_template_that_is_not_the_librarys(self):
         self.expect(CHECK_TEXTS, f"{SOURCE}/res/locale/lib-morvith-tv.pot", TEMPLATE_FAULTS)
