@@ -104,6 +104,7 @@ class Keymap:
         return character in self._typed or (base in self._reached and any(
             self._compose(base, *pair) == character for pair in itertools.permutations(self._dead, 2)))
 
+    @functools.cache
     def types(self, text):
         """Whether its keys make the text, a character or a mark at a time."""
         return any(all(map(self._types_character, unicodedata.normalize(form, text)))

@@ -15,28 +15,41 @@ NAME, KEYMAP = '"Thai"', '"layout": "th", "model": "pc104"'
 TYPE = f'{{ "name": "th_ibm104", "display_name": {NAME}, "xkb": {{ {KEYMAP} }} }}'
 TYPES = '"th_ibm104", "th_pat_ibm104", "us_ibm104", "us_intl_ibm103i"'
 CHINESE = '"cn_ibm104", "cn_altgr_pinyin_ibm104"'
+THAI = '"th_ibm104", "th_pat_ibm104"'
+DANISH, HAUSA = '["dk_ibm105", ', '["ng_ibm104", "ng_hausa_ibm104"'
 CONFIG_FAULTS = (
     (TABLE, '"deep": [[[[]]]], ' + TABLE, "line 3, column 14: not strict JSON of this format: a"),
     (TABLE, '"deep": ' + "[" * 100_000, "line 3, column 14: not strict JSON of this format: a"),
-    (NAME, f'"{"ท" * 80}\u200c\\"{"[" * 9}"'),
+    (NAME, f'"{"ท" * 9}\u200c\\"{"[" * 9}"'),
+    (TABLE, TABLE.replace("map", "mop"), 'no array keyboard_name_map; call "keyboard_name_mop" so'),
     (TABLE, TABLE + "// ours", "line 3, column 25: not strict JSON of this format: Expecting"),
     ("Thai (Pattachote)", "\udcff", "is not UTF-8"),
     (SCHEMA, '"\\ud800"', '$schema: "\\ud800" holds half of a surrogate pair'),
-    (TYPE, f'"{"ç" * 80}", {TYPE}', "[115]: '" + "\\xe7" * 76 + "... A keyboard type is an object"),
+    (TYPE, f'"{"ç" * 80}", {TYPE}', "[117]: '" + "\\xe7" * 76 + "... A keyboard type is an object"),
+    (NAME, "106", "line 121, keyboard_name_map[117] \"th_ibm104\".display_name: 106 is not of type"),
     (f'"display_name": {NAME}, ', "", '"th_ibm104": \'display_name\' is a required property'),
-    (NAME, NAME + ', "xkb": {}', '[115] "th_ibm104": the member "xkb" stands there more than once'),
-    (TYPE, f"{TYPE}, {TYPE}", '[116] "th_ibm104": stands already at keyboard_name_map[115]'),
-    ('"xh_ZA"', '"xx_XX"', '"xx_XX": no language of the library', '"xh_ZA" is missing'),
+    (NAME, NAME + ', "xkb": {}', '[117] "th_ibm104": the member "xkb" stands there more than once'),
+    (TYPE, f"{TYPE}, {TYPE}", '[118] "th_ibm104": stands already at line 121, keyboard_name_map[117]'),
+    ('"xh_ZA"', '"xx_ZA"', '"xx_ZA": no language of the library', '"xh_ZA" is missing'),
     (TYPES, TYPES.replace("pat", "x"), '"th_x_ibm104" would be shown', '"th_pat_ibm104": no locale'),
     (TYPES, '"th_ibm104", "th_pat_ibm104"', '"th_TH": "us_intl_ibm103i" is neither first nor last'),
     (TYPES, TYPES + ', "th_tis_ibm104"', "would", '"us_intl_ibm103i" is neither first nor last'),
     (NAME, '"Th\u202eai"', '"th_ibm104".display_name: U+202E is no character'),
-    (NAME, f'"{"ท" * 85}"', '"th_ibm104".display_name: 255 bytes; shorten it'),
+    (NAME, f'"{"ท" * 37}"', '"th_ibm104".display_name: 37 columns; shorten it to 36'),
+    (NAME, f'"e{chr(0x301) * 127}"', '"th_ibm104".display_name: 255 bytes; shorten it'),
     (KEYMAP, KEYMAP.replace("th", "thx"), "\"th_ibm104\".xkb: xkb-data has no layout 'thx'"),
     ('"variant": "pat"', '"variant": "pet"', "no variant 'pet' of layout 'th'"),
-    (KEYMAP, '"variant": "tis", ' + KEYMAP.replace("104", "105"), "call it th_tis_ibm105, or"),
+    (KEYMAP, '"variant": "tis", ' + KEYMAP.replace("104", "105"), "call it th_tis_ibm105, or",
+     '"th_ibm104" needs none of the characters'),
     ('"Thai (Pattachote)"', NAME, '"th_ibm104" and "th_pat_ibm104" are shown alike'),
-    (CHINESE, f'"us_ibm104", {CHINESE}', '"us_ibm104" and "cn_ibm104" are the same keymap'),
+    (CHINESE, f'"us_ibm104", {CHINESE}', '"us_ibm104" and "cn_ibm104" are the same keymap',
+     '"us_ibm104" is no keyboard of CN'),
+    ("th_pat_ibm104", "th_tis_ibm104", '"th_pat_ibm104" is missing, which has shipped',
+     "is not among the ids that have shipped", "call it th_pat_ibm104"),
+    (DANISH, '["de_ibm105", "dk_ibm105", ', '"de_ibm105" is no keyboard of DK'),
+    (THAI, '"th_pat_ibm104", "th_ibm104"', '"th_pat_ibm104" does not type'),
+    (HAUSA, '["ng_hausa_ibm104", "ng_ibm104"', "does not type . / d m w z without AltGr"),
+    ('"[๎]"', '"[:Pali:]"', 'exceptions: "[:Pali:]" is no set'),
 )
 LANGUAGE = "COM_TV_KEYBOARD_LANGUAGE"
 ENTRY, TEXT = f'msgid "{LANGUAGE}"', '"Tastatursprache"'
