@@ -62,7 +62,7 @@ void AddCommands(CLI::App& app, Options& options) {
   app.fallthrough();  // the options are good behind a command too
   CLI::App* list = app.add_subcommand("list", "the choices, the current one marked");
   CLI::App* set = app.add_subcommand("set", "store a choice, then show what is stored");
-  CLI::App* info = app.add_subcommand("info", "who answers for the provider");
+  CLI::App* info = app.add_subcommand("info", "who answers for the provider, and its help picture");
   CLI::App* check = app.add_subcommand(
       "check",
       "go through the page in every language, over a registry of its own, for what would trip a "

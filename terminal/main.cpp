@@ -78,10 +78,11 @@ void Set(const KeyboardPage& page, const Options& options, Report& report) {
   CheckStored(language, type, options, is_choice);
 }
 
-void ShowModule(const Provider& provider, Report& report) {
-  report.Module({provider.ModuleInfo(DATA_PROVIDER_OWNER).value_or(""),
-                 provider.ModuleInfo(DATA_PROVIDER_MAIN_COMPONENT).value_or(""),
-                 provider.ModuleInfo(DATA_PROVIDER_SUB_COMPONENT).value_or("")});
+void ShowInfo(const Provider& provider, Report& report) {
+  report.Info({provider.ModuleInfo(DATA_PROVIDER_OWNER).value_or(""),
+               provider.ModuleInfo(DATA_PROVIDER_MAIN_COMPONENT).value_or(""),
+               provider.ModuleInfo(DATA_PROVIDER_SUB_COMPONENT).value_or(""),
+               provider.HelpImagePath(DATA_PROVIDER_PAGE).value_or("")});
 }
 
 void ShowPage(const KeyboardPage& page, Report& report) {
@@ -126,7 +127,7 @@ void Run(const Options& options) {
     case Command::kSet:
       return Set(page, options, *report);
     case Command::kInfo:
-      return ShowModule(provider, *report);
+      return ShowInfo(provider, *report);
     case Command::kCheck:
       return Check(page, *report);
   }
