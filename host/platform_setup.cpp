@@ -68,7 +68,7 @@ fs::path StateFolder() {
   }
   const char* home = std::getenv("HOME");
   if (home == nullptr || *home == '\0') {
-    throw HostError("no folder for the registry: HOME is not set. Name a file with --registry.");
+    throw HostError("no folder for the registry: HOME is not set. Name a file for it.");
   }
   return fs::path(home) / ".local" / "state";
 }
@@ -79,7 +79,7 @@ std::string OwnRegistry() {
   fs::create_directories(folder, error);
   if (error) {
     throw HostError("cannot make the registry's folder '" + folder.string() +
-                    "': " + error.message() + ". Name a file with --registry.");
+                    "': " + error.message() + ". Name a file for it.");
   }
   return folder / "registry.db";
 }
@@ -95,7 +95,7 @@ void UseRoot(const std::string& root) {
   std::error_code error;
   if (!fs::is_directory(resources, error)) {
     throw HostError("no folder '" + resources +
-                    "'. Install libmorvith-dataprovider, or name a root that has it with --root.");
+                    "'. Install libmorvith-dataprovider, or name a root that has it.");
   }
 }
 

@@ -43,7 +43,7 @@ DIALOGUE = (
     ("--device prototype --log warning list language", 0, ["sys_lang_id [32] not support"]),
     ("--ui-language eo_EO", 1, ["no catalogue for the language 'eo_EO'", ", zh_TW, zu."]),
     ("--device moon", 1, ["no device profile 'moon'", "europe, global, prototype"]),
-    ("--root /nowhere", 1, ["'/nowhere/usr/share/lib-morvith-tv'", "--root"]),
+    ("--root /nowhere", 1, ["'/nowhere/usr/share/lib-morvith-tv'", "name a root that has it.\n"]),
     ("--plugin /nowhere.so", 1, ["cannot load the plug-in: /nowhere.so"]),
     (f"--plugin {next(ROOT.glob('usr/lib/*/libqlog.so'))}", 1, ["does not export create_provider"]),
     (f"--plugin {BAD_PROVIDER}", 1, ["left the slot set_int empty"]),
