@@ -71,8 +71,8 @@ FINDINGS = (
      "add its msgstr to the catalogue 'ko'"),
     ("0;1", CONFIG, types({"b": "B"}),
      "keyboard ko_KR: type list has no choices; add keyboard_types for 'ko_KR'"),
-    ("1", CONFIG, b"{}", "page: type list has no choices in any language; "
-                         "install the keyboard configuration anew, or correct it"),
+    ("1", CONFIG, b"", "page: type list has no choices in any language; "
+                       f"correct '/{RESOURCES}/{CONFIG}', or install it anew"),
     ("1", CONFIG, types({}, "b"),
      "keyboard en_US: type 'en_US.b' is shown as its id; give it a display_name"),
     ("1", CONFIG, types({"b": "x" * 255}),
