@@ -21,8 +21,6 @@ struct Shown {
   std::string text;
 };
 
-std::string Quoted(const std::string& text) { return "'" + text + "'"; }
-
 // Null where the file cannot be read.
 std::optional<std::uintmax_t> ReadableLength(const std::string& path) {
   std::error_code error;

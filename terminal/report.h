@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "KeyboardPage.h"
-#include "page_check.h"
+#include "finding.h"
 
 struct ProviderInfo {
   std::string owner;
