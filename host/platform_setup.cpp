@@ -11,6 +11,7 @@
 
 #include "error.h"
 #include "join.h"
+#include "key_file.h"
 #include "rootfs.h"
 
 namespace fs = std::filesystem;
@@ -43,10 +44,9 @@ fs::path BelowOwnRoot(const std::string& path) {
              : path;
 }
 
-bool IsProfile(const fs::path& file) {
-  g_autoptr(GKeyFile) profile = g_key_file_new();
-  return g_key_file_load_from_file(profile, file.c_str(), G_KEY_FILE_NONE, nullptr) != FALSE &&
-         g_key_file_has_group(profile, "device") != FALSE;
+bool Exists(const fs::path& file) {
+  std::error_code error;
+  return fs::exists(file, error);
 }
 
 std::vector<std::string> ProfileNames(const fs::path& folder) {
@@ -68,7 +68,7 @@ fs::path StateFolder() {
   }
   const char* home = std::getenv("HOME");
   if (home == nullptr || *home == '\0') {
-    throw HostError("no folder for the registry: HOME is not set. Name a file with --registry.");
+    throw HostError("no folder for the registry: HOME is not set. Name a file for it.");
   }
   return fs::path(home) / ".local" / "state";
 }
@@ -79,7 +79,7 @@ std::string OwnRegistry() {
   fs::create_directories(folder, error);
   if (error) {
     throw HostError("cannot make the registry's folder '" + folder.string() +
-                    "': " + error.message() + ". Name a file with --registry.");
+                    "': " + error.message() + ". Name a file for it.");
   }
   return folder / "registry.db";
 }
@@ -95,7 +95,7 @@ void UseRoot(const std::string& root) {
   std::error_code error;
   if (!fs::is_directory(resources, error)) {
     throw HostError("no folder '" + resources +
-                    "'. Install libmorvith-dataprovider, or name a root that has it with --root.");
+                    "'. Install libmorvith-dataprovider, or name a root that has it.");
   }
 }
 
@@ -107,7 +107,7 @@ std::string LocateFile(const std::string& path) {
   return located;
 }
 
-void UseDeviceProfile(const std::string& profile) {
+std::string UseDeviceProfile(const std::string& profile) {
   const std::string wanted = OptionOr(profile, kProfileVariable);
   const std::string name = wanted.empty() ? kDefaultProfile : wanted;
   const fs::path folder = BelowOwnRoot(HOST_DEVICES);
@@ -115,13 +115,14 @@ void UseDeviceProfile(const std::string& profile) {
   if (name.find('/') == std::string::npos) {
     candidates.insert(candidates.begin(), folder / (name + kProfileSuffix));
   }
-  const auto found = std::ranges::find_if(candidates, IsProfile);
+  const auto found = std::ranges::find_if(candidates, Exists);
   if (found == candidates.end()) {
-    throw HostError("no device profile '" + name +
-                    "'. Give a key file with a group [device], or one of: " +
+    throw HostError("no device profile '" + name + "'. Give a key file, or one of: " +
                     Join(ProfileNames(folder)) + " (in " + folder.string() + ").");
   }
+  LoadKeyFile(*found);
   SetEnvironment(kProfileVariable, *found);
+  return *found;
 }
 
 void UseRegistry(const std::string& file) {
@@ -135,19 +136,31 @@ void UseRegistry(const std::string& file) {
   SetEnvironment(kRegistryVariable, registry);
 }
 
-TemporaryRegistry::TemporaryRegistry() {
-  g_autofree gchar* folder = g_dir_make_tmp("menu-host-XXXXXX", nullptr);
-  if (folder == nullptr) {
-    throw HostError(std::string("cannot make a folder for a temporary registry in '") +
-                    g_get_tmp_dir() + "'. Name another place with TMPDIR.");
+TemporaryFolder::TemporaryFolder() {
+  g_autofree gchar* path = g_dir_make_tmp("menu-host-XXXXXX", nullptr);
+  if (path == nullptr) {
+    throw HostError(std::string("cannot make a temporary folder in '") + g_get_tmp_dir() +
+                    "'. Name another place with TMPDIR.");
   }
-  m_folder = folder;
-  SetEnvironment(kRegistryVariable, fs::path(m_folder) / "registry.db");
+  m_path = path;
 }
 
-TemporaryRegistry::~TemporaryRegistry() {
+TemporaryFolder::~TemporaryFolder() {
   std::error_code error;
-  fs::remove_all(m_folder, error);
+  fs::remove_all(m_path, error);
+}
+
+TemporaryRegistry::TemporaryRegistry() {
+  SetEnvironment(kRegistryVariable, m_folder.PathOf("registry.db"));
+}
+
+TemporaryProfile::TemporaryProfile(const std::string& contents) {
+  const std::string file = m_folder.PathOf("profile.ini");
+  g_autoptr(GError) error = nullptr;
+  if (g_file_set_contents(file.c_str(), contents.c_str(), -1, &error) == FALSE) {
+    throw HostError(std::string("cannot write a temporary device profile: ") + error->message);
+  }
+  SetEnvironment(kProfileVariable, file);
 }
 
 void UseLogLevel(const std::string& level) {

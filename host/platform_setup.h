@@ -18,24 +18,44 @@ void UseRoot(const std::string& root);
 std::string LocateFile(const std::string& path);
 
 // `profile` is a file if it has a slash, otherwise a profile below the program's own root, or else
-// a file; empty for $DEVINFO_PROFILE, or else "global". Throws HostError if there is no such
-// profile.
-void UseDeviceProfile(const std::string& profile);
+// a file; empty for $DEVINFO_PROFILE, or else "global". Returns its path. Throws HostError if there
+// is no such file, or it is no key file.
+std::string UseDeviceProfile(const std::string& profile);
 
 // `file` is made by the first write; empty for $KVREG_FILE, or else a file in the user's own state
 // folder. Throws HostError if there is no folder to make it in.
 void UseRegistry(const std::string& file);
 
+class TemporaryFolder {
+ public:
+  TemporaryFolder();  // throws HostError if there is no place for it
+  ~TemporaryFolder();
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  std::string PathOf(const std::string& name) const { return m_path + "/" + name; }
+
+ private:
+  std::string m_path;
+};
+
 // A registry in a temporary folder, in place of the user's own for as long as it lives.
 class TemporaryRegistry {
  public:
   TemporaryRegistry();  // throws HostError if there is no place for it
-  ~TemporaryRegistry();
-  TemporaryRegistry(const TemporaryRegistry&) = delete;
-  TemporaryRegistry& operator=(const TemporaryRegistry&) = delete;
 
  private:
-  std::string m_folder;
+  TemporaryFolder m_folder;
+};
+
+// A device profile in a temporary folder, in place of the one in use.
+class TemporaryProfile {
+ public:
+  // Throws HostError if it cannot be written.
+  explicit TemporaryProfile(const std::string& contents);
+
+ private:
+  TemporaryFolder m_folder;
 };
 
 // "info", "warning", "error" or "none"; empty for $QLOG_LEVEL, or else the log's own default.

@@ -62,11 +62,11 @@ void AddCommands(CLI::App& app, Options& options) {
   app.fallthrough();  // the options are good behind a command too
   CLI::App* list = app.add_subcommand("list", "the choices, the current one marked");
   CLI::App* set = app.add_subcommand("set", "store a choice, then show what is stored");
-  CLI::App* info = app.add_subcommand("info", "who answers for the provider");
+  CLI::App* info = app.add_subcommand("info", "who answers for the provider, and its help picture");
   CLI::App* check = app.add_subcommand(
       "check",
-      "go through the page in every language, over a registry of its own, for what would trip a "
-      "viewer up; exits with 1 if there is anything");
+      "go through the device's profile and the page in every language, over a registry of its own, "
+      "for what would trip a viewer up; exits with 1 if there is anything");
   list->callback([&options] { options.command = Command::kList; });
   set->callback([&options] { options.command = Command::kSet; });
   info->callback([&options] { options.command = Command::kInfo; });

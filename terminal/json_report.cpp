@@ -48,10 +48,11 @@ class JsonReport : public Report {
     Print({{"language", Document(language)}, {"type", Document(type)}});
   }
 
-  void Module(const ModuleNames& info) override {
+  void Info(const ProviderInfo& info) override {
     Print({{"owner", info.owner},
            {"main_component", info.main_component},
-           {"sub_component", info.sub_component}});
+           {"sub_component", info.sub_component},
+           {"help_image", info.help_image}});
   }
 
   void Findings(const std::vector<Finding>& findings) override {

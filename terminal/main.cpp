@@ -18,6 +18,7 @@
 #include "join.h"
 #include "page_check.h"
 #include "platform_setup.h"
+#include "profile_check.h"
 #include "report.h"
 #include "terminal_text.h"
 #include "ui_language.h"
@@ -78,10 +79,11 @@ void Set(const KeyboardPage& page, const Options& options, Report& report) {
   CheckStored(language, type, options, is_choice);
 }
 
-void ShowModule(const Provider& provider, Report& report) {
-  report.Module({provider.ModuleInfo(DATA_PROVIDER_OWNER).value_or(""),
-                 provider.ModuleInfo(DATA_PROVIDER_MAIN_COMPONENT).value_or(""),
-                 provider.ModuleInfo(DATA_PROVIDER_SUB_COMPONENT).value_or("")});
+void ShowInfo(const Provider& provider, Report& report) {
+  report.Info({provider.ModuleInfo(DATA_PROVIDER_OWNER).value_or(""),
+               provider.ModuleInfo(DATA_PROVIDER_MAIN_COMPONENT).value_or(""),
+               provider.ModuleInfo(DATA_PROVIDER_SUB_COMPONENT).value_or(""),
+               provider.HelpImagePath(DATA_PROVIDER_PAGE).value_or("")});
 }
 
 void ShowPage(const KeyboardPage& page, Report& report) {
@@ -91,8 +93,17 @@ void ShowPage(const KeyboardPage& page, Report& report) {
   report.Page(head, language, type);
 }
 
-void Check(const KeyboardPage& page, Report& report) {
-  const std::vector<Finding> findings = CheckPage(page);
+std::vector<Finding> FindAll(const std::string& plugin, const std::string& profile) {
+  const TemporaryRegistry registry;
+  // First, as the check of the profile leaves another in use.
+  const std::vector<Finding> on_page = CheckPage(KeyboardPage(Provider(plugin)));
+  std::vector<Finding> findings = CheckProfile(profile, plugin);
+  findings.insert(findings.end(), on_page.begin(), on_page.end());
+  return findings;
+}
+
+void Check(const std::string& plugin, const std::string& profile, Report& report) {
+  const std::vector<Finding> findings = FindAll(plugin, profile);
   report.Findings(findings);
   if (!findings.empty()) {
     throw HostError("findings: " + std::to_string(findings.size()));
@@ -102,33 +113,28 @@ void Check(const KeyboardPage& page, Report& report) {
 void Run(const Options& options) {
   UseLogLevel(options.log_level);
   UseRoot(options.root);
-  UseDeviceProfile(options.device);
-  const bool checks = options.command == Command::kCheck;
-  std::optional<TemporaryRegistry> registry;
-  if (checks) {
-    registry.emplace();
-  } else {
-    UseRegistry(options.registry);
-  }
+  const std::string profile = UseDeviceProfile(options.device);
   UseUiLanguage(options.ui_language);
-  const Provider provider(options.plugin.empty() ? OwnPlugin() : options.plugin);
-  if (!checks) {  // the check says itself which catalogues there are not
-    CheckCatalogue(options.ui_language);
+  const std::string plugin = options.plugin.empty() ? OwnPlugin() : options.plugin;
+  const std::unique_ptr<Report> report = options.json ? MakeJsonReport() : MakeTextReport();
+  if (options.command == Command::kCheck) {
+    return Check(plugin, profile, *report);
   }
 
-  const std::unique_ptr<Report> report = options.json ? MakeJsonReport() : MakeTextReport();
+  UseRegistry(options.registry);
+  const Provider provider(plugin);
+  CheckCatalogue(options.ui_language);
   const KeyboardPage page(provider);
   switch (options.command) {
-    case Command::kPage:
-      return ShowPage(page, *report);
     case Command::kList:
       return report->Choices(ReadChoices(page, options.setting), page.ReadSetting(options.setting));
     case Command::kSet:
       return Set(page, options, *report);
     case Command::kInfo:
-      return ShowModule(provider, *report);
-    case Command::kCheck:
-      return Check(page, *report);
+      return ShowInfo(provider, *report);
+    case Command::kPage:
+    case Command::kCheck:  // done above, over a registry of its own
+      return ShowPage(page, *report);
   }
 }
 

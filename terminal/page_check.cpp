@@ -14,12 +14,12 @@
 
 namespace {
 
+constexpr char kConfiguration[] = "/usr/share/lib-morvith-tv/res/config/hw_kbd_lang_config.json";
+
 struct Shown {
   std::string id;  // of the message
   std::string text;
 };
-
-std::string Quoted(const std::string& text) { return "'" + text + "'"; }
 
 // Null where the file cannot be read.
 std::optional<std::uintmax_t> ReadableLength(const std::string& path) {
@@ -87,7 +87,7 @@ class PageCheck {
     if (m_without_types.size() == m_languages.size()) {
       m_where = "page";
       Add("type list", "has no choices in any language",
-          "install the keyboard configuration anew, or correct it");
+          "correct " + Quoted(kConfiguration) + ", or install it anew");
       return;
     }
     for (const std::string& locale : m_without_types) {

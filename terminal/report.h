@@ -7,12 +7,13 @@
 #include <vector>
 
 #include "KeyboardPage.h"
-#include "page_check.h"
+#include "finding.h"
 
-struct ModuleNames {
+struct ProviderInfo {
   std::string owner;
   std::string main_component;
   std::string sub_component;
+  std::string help_image;
 };
 
 class Report {
@@ -23,7 +24,7 @@ class Report {
   virtual void Choices(const std::vector<Choice>& choices, const Setting& setting) = 0;
   // What is stored now, after a choice was handed to the provider.
   virtual void Stored(const Setting& language, const Setting& type) = 0;
-  virtual void Module(const ModuleNames& info) = 0;
+  virtual void Info(const ProviderInfo& info) = 0;
   virtual void Findings(const std::vector<Finding>& findings) = 0;
 };
 

@@ -54,10 +54,11 @@ class TextReport : public Report {
     PrintColumns({SettingRow(language), SettingRow(type)});
   }
 
-  void Module(const ModuleNames& info) override {
+  void Info(const ProviderInfo& info) override {
     PrintColumns({{"owner", Printable(info.owner)},
                   {"main component", Printable(info.main_component)},
-                  {"sub component", Printable(info.sub_component)}});
+                  {"sub component", Printable(info.sub_component)},
+                  {"help picture", Printable(info.help_image)}});
   }
 
   void Findings(const std::vector<Finding>& findings) override {

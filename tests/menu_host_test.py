@@ -5,6 +5,7 @@ import itertools
 import json
 import os
 import pathlib
+import re
 import resource
 import shlex
 import shutil
@@ -32,16 +33,18 @@ DIALOGUE = (
                       "* English (US, International)  ko_KR.us_intl_ibm103i\n"]),
     ("--ui-language ko_KR", 0, ["키보드 언어  한국어                       ko_KR\n"]),
     ("--ui-language hi_IN", 0, ["कीबोर्ड की भाषा   कोरियाई                      ko_KR\n"]),
-    ("info", 0, ["owner           rask.ovnel", "TP_OnScreenUI", "TP_IME"]),
+    ("info", 0, ["owner           rask.ovnel", "TP_OnScreenUI", "TP_IME",
+                 f"help picture    /{RESOURCES}/{EDJE}\n"]),
+    ("info --json", 0, [f'"help_image": "/{RESOURCES}/{EDJE}"']),
     ("set language xx_XX", 1, ["'xx_XX' is none of the choices: ko_KR, en_US", "--force"]),
     ("set language xx_XX --force", 0, ["stored is 'en_US'", "en_US.us_ibm104"]),
     ("--log info set type '\x1b[31m\x9b\nvalue\udcff' --force", 0,
      ["set keyboard_language = ?[31m??value?", "(none of the choices)  \ufffd[31m\ufffd\ufffdvalue"]),
     ("list type", 0, ["stored: '\ufffd[31m\ufffd\ufffdvalue\ufffd', none of the choices"]),
-    ("--device prototype --log warning list language", 0, ["sys_lang_id [32] not support"]),
     ("--ui-language eo_EO", 1, ["no catalogue for the language 'eo_EO'", ", zh_TW, zu."]),
     ("--device moon", 1, ["no device profile 'moon'", "europe, global, prototype"]),
-    ("--root /nowhere", 1, ["'/nowhere/usr/share/lib-morvith-tv'", "--root"]),
+    ("--device /etc/passwd", 1, ["'/etc/passwd' is no key file: Key file contains line"]),
+    ("--root /nowhere", 1, ["'/nowhere/usr/share/lib-morvith-tv'", "name a root that has it.\n"]),
     ("--plugin /nowhere.so", 1, ["cannot load the plug-in: /nowhere.so"]),
     (f"--plugin {next(ROOT.glob('usr/lib/*/libqlog.so'))}", 1, ["does not export create_provider"]),
     (f"--plugin {BAD_PROVIDER}", 1, ["left the slot set_int empty"]),
@@ -69,8 +72,8 @@ FINDINGS = (
      "add its msgstr to the catalogue 'ko'"),
     ("0;1", CONFIG, types({"b": "B"}),
      "keyboard ko_KR: type list has no choices; add keyboard_types for 'ko_KR'"),
-    ("1", CONFIG, b"{}", "page: type list has no choices in any language; "
-                         "install the keyboard configuration anew, or correct it"),
+    ("1", CONFIG, b"", "page: type list has no choices in any language; "
+                       f"correct '/{RESOURCES}/{CONFIG}', or install it anew"),
     ("1", CONFIG, types({}, "b"),
      "keyboard en_US: type 'en_US.b' is shown as its id; give it a display_name"),
     ("1", CONFIG, types({"b": "x" * 255}),
@@ -80,6 +83,15 @@ FINDINGS = (
      f"keyboard en_US: type '{CUT}' has a value of 254 bytes, where a longer one is cut; "
      "shorten its id"),
 )
+BAD_PROFILE = """system_language_ids=1; 7x;;99999999999;-3 ;0;-03
+system_langauge_ids=1
+[devise]
+[custom_bool]
+smart_control=maybe"""
+PROFILE_FINDINGS = (
+    "[devise] means nothing", "system_langauge_ids means nothing", "'7x' is no 32-bit integer",
+    "'' is no 32-bit integer", "'99999999999' is no 32-bit integer", "'-3' is no language that",
+    "'-03' is listed already", "smart_control changes nothing", "smart_control is no boolean")
 
 
 class MenuHostTest(unittest.TestCase):
@@ -118,20 +130,23 @@ class MenuHostTest(unittest.TestCase):
         self.host("set", "type", b"\xff", "--force")
         self.assertEqual(json.loads(self.host("--json").stdout)["type"]["value"], "\ufffd")
 
-    def test_takes_from_a_profile_what_is_good(self):
+    def test_takes_from_a_profile_what_is_good_and_finds_the_rest(self):
         (self.folder / "device.ini.ini").write_text("[device]\nsystem_language_ids=0")
-        done = self.host("list", "language", "--device",
-                         self.profile("system_language_ids=1; x7;;99999999999;-3 ;0"))
+        bad = self.profile(BAD_PROFILE)
+        done = self.host("list", "language", "--device", bad)
         self.assertEqual([line.split()[-1] for line in done.stdout.splitlines()], ["en_US", "ko_KR"])
         self.assertEqual(done.stderr.count("skipped"), 3)
-        done = self.host("list", "language", "--device", self.profile(""))
+        done = self.host("check", "--device", bad, status=1)
+        for line, words in zip(done.stdout.splitlines(), PROFILE_FINDINGS, strict=True):
+            self.assertRegex(line, f"^profile {bad}: .*{re.escape(words)}.*; ")
+        done = self.host("check", "--device", self.profile(""), status=1)
         self.assertIn("devinfo_get_value_int_array Error.\n", done.stderr)
+        self.assertIn("[device] system_language_ids is missing; list the numbers", done.stdout)
 
     def test_check_is_silent_over_each_device_and_leaves_the_registry_alone(self):
         self.host("set", "language", "ko_KR")
-        for device in ("global", "europe"):
-            done = self.host("check", "--device", device)
-            self.assertEqual((done.stdout, done.stderr), ("", ""))
+        for device in ("global", "europe", "prototype"):
+            self.assertEqual(self.host("check", "--device", device).stdout, "")
         self.assertEqual(list(self.folder.iterdir()), [self.registry])
         self.assertIn("ko_KR.kr_ibm106", self.host().stdout)
 
@@ -152,7 +167,7 @@ class MenuHostTest(unittest.TestCase):
         def limit(size):
             return {"restore_signals": False, "status": 1, "preexec_fn": lambda:
                     resource.setrlimit(resource.RLIMIT_FSIZE, (size, size))}
-        done = self.host("check", "--json", **limit(0))
+        done = self.host("check", "--json", **limit(1024))
         self.assertEqual(json.loads(done.stdout)["findings"][0]["problem"], "is not stored")
         self.host("set", "language", "ko_KR")
         done = self.host("set", "type", "x" * 80000, "--force", **limit(16384))
