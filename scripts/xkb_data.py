@@ -115,11 +115,13 @@ class XkbData:
     def __init__(self):
         root = pathlib.Path(os.environ.get("XKB_CONFIG_ROOT", "/usr/share/X11/xkb"))
         self.variants, self.countries = {}, {}  # of each layout
+        self.descriptions = {}
         for listing in (f"{RULES}.xml", f"{RULES}.extras.xml"):
             rules = xml.etree.ElementTree.parse(root / "rules" / listing)
             for layout in rules.iterfind("layoutList/layout"):
                 for known, path in ((self.variants, "variantList/variant/configItem/name"),
-                                    (self.countries, "configItem/countryList/iso3166Id")):
+                                    (self.countries, "configItem/countryList/iso3166Id"),
+                                    (self.descriptions, ".//description")):
                     found = known.setdefault(layout.findtext("configItem/name"), set())
                     found |= {element.text for element in layout.iterfind(path)}
 
