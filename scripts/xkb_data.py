@@ -1,4 +1,4 @@
-"""xkb-data: the layouts and variants that its rules list, the keymaps they make, and what one types.
+"""xkb-data: the layouts and variants that its rules list, and the keymaps they make.
 
 A keymap is asked through libxkbcommon, what a dead key makes of a letter through its compose table.
 """
@@ -101,8 +101,9 @@ class Keymap:
 
     def _types_character(self, character):
         base = unicodedata.normalize("NFD", character)[0]
-        return character in self._typed or (base in self._reached and any(
-            self._compose(base, *pair) == character for pair in itertools.permutations(self._dead, 2)))
+        pairs = itertools.permutations(self._dead if base in self._reached else (), 2)
+        return character in self._typed or any(
+            self._compose(base, *pair) == character for pair in pairs)
 
     @functools.cache
     def types(self, text):
