@@ -1,4 +1,4 @@
-"""xkb-data: the layouts and variants that its rules list, and the keymaps they make.
+"""xkb-data: what its rules list of layouts, the keymaps these make, and what one types.
 
 A keymap is asked through libxkbcommon, what a dead key makes of a letter through its compose table.
 """
@@ -115,14 +115,13 @@ class Keymap:
 class XkbData:
     def __init__(self):
         root = pathlib.Path(os.environ.get("XKB_CONFIG_ROOT", "/usr/share/X11/xkb"))
-        self.variants, self.countries = {}, {}  # of each layout
-        self.descriptions = {}
+        self.variants, self.countries, self.languages = {}, {}, {}  # of each layout
         for listing in (f"{RULES}.xml", f"{RULES}.extras.xml"):
             rules = xml.etree.ElementTree.parse(root / "rules" / listing)
             for layout in rules.iterfind("layoutList/layout"):
                 for known, path in ((self.variants, "variantList/variant/configItem/name"),
                                     (self.countries, "configItem/countryList/iso3166Id"),
-                                    (self.descriptions, ".//description")):
+                                    (self.languages, ".//iso639Id")):
                     found = known.setdefault(layout.findtext("configItem/name"), set())
                     found |= {element.text for element in layout.iterfind(path)}
 
