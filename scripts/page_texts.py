@@ -43,5 +43,7 @@ def faults(text, invisible=INVISIBLE):
         yield f"U+{ord(hidden):04X} is no character to read", "remove it"
     elif text != text.strip():
         yield "a blank at an end", "remove it"
+    elif text and all(columns(character) <= 0 for character in text):
+        yield "nothing in it can be seen", "write a text"
     elif directive := DIRECTIVE.search(text):
         yield f"{directive[0]} is a directive of a format string, which no text is", "remove it"

@@ -142,7 +142,9 @@ class XkbData:
 
     @functools.cache
     def keymap(self, layout, variant, model):
-        """None if it does not compile."""
+        """None if the rules do not list it, or it does not compile."""
+        if self.unlisted(layout, variant):
+            return None
         names = RuleNames(*(name.encode() for name in (RULES, model, layout, variant, "")))
         handle = ctypes.c_void_p(
             library().xkb_keymap_new_from_names(self._context, ctypes.byref(names), 0))
