@@ -48,7 +48,7 @@ class TemporaryRegistry {
   TemporaryFolder m_folder;
 };
 
-// A device profile in a temporary folder, in place of the one in use.
+// A device profile in a temporary folder, in place of the one in use, which stays out of use.
 class TemporaryProfile {
  public:
   // Throws HostError if it cannot be written.

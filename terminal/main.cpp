@@ -133,8 +133,9 @@ void Run(const Options& options) {
     case Command::kInfo:
       return ShowInfo(provider, *report);
     case Command::kPage:
-    case Command::kCheck:  // done above, over a registry of its own
       return ShowPage(page, *report);
+    case Command::kCheck:
+      break;  // done above, over a registry of its own
   }
 }
 

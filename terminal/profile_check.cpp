@@ -64,8 +64,13 @@ class ProfileCheck {
   std::vector<Finding> Run() {
     CheckGroups();
     CheckDeviceKeys();
-    CheckLanguages();
-    CheckBooleans();
+    try {
+      CheckLanguages();
+      CheckBooleans();
+    } catch (const HostError& error) {
+      Add("[device] and [custom_bool]", std::string("cannot be tried: ") + error.what(),
+          "mend that, then check again");
+    }
     return std::move(m_findings);
   }
 

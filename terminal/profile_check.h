@@ -8,8 +8,8 @@
 #include "finding.h"
 
 // Tries with temporary profiles what `plugin` knows, which must not be loaded yet, and logs nothing
-// of it: to be called when the profile and the log are no longer needed. Throws HostError if there
-// is no key file `profile`, or the plug-in cannot be asked.
+// of it: to be called when the profile and the log are no longer needed. That it cannot be
+// asked is a finding. Throws HostError if there is no key file `profile`.
 std::vector<Finding> CheckProfile(const std::string& profile, const std::string& plugin);
 
 #endif
