@@ -1,6 +1,7 @@
 #include "platform_setup.h"
 
 #include <algorithm>
+#include <array>
 #include <climits>
 #include <cstdlib>
 #include <filesystem>
@@ -12,6 +13,7 @@
 #include "error.h"
 #include "join.h"
 #include "key_file.h"
+#include "kvreg_admin.h"
 #include "rootfs.h"
 
 namespace fs = std::filesystem;
@@ -49,54 +51,24 @@ bool Exists(const fs::path& file) {
   return fs::exists(file, error);
 }
 
-std::vector<std::string> ProfileNames(const fs::path& folder) {
-  std::vector<std::string> names;
-  std::error_code error;
-  for (const fs::directory_entry& entry : fs::directory_iterator(folder, error)) {
-    if (entry.path().extension() == kProfileSuffix) {
-      names.push_back(entry.path().stem());
-    }
-  }
-  std::sort(names.begin(), names.end());
-  return names;
-}
-
-fs::path StateFolder() {
-  const char* state = std::getenv("XDG_STATE_HOME");
-  if (state != nullptr && *state != '\0') {
-    return state;
-  }
-  const char* home = std::getenv("HOME");
-  if (home == nullptr || *home == '\0') {
-    throw HostError("no folder for the registry: HOME is not set. Name a file for it.");
-  }
-  return fs::path(home) / ".local" / "state";
-}
-
-std::string OwnRegistry() {
-  const fs::path folder = StateFolder() / "morvith-menu-host";
-  std::error_code error;
-  fs::create_directories(folder, error);
-  if (error) {
-    throw HostError("cannot make the registry's folder '" + folder.string() +
-                    "': " + error.message() + ". Name a file for it.");
-  }
-  return folder / "registry.db";
-}
+// Without HOME too: GLib asks the system's user database then.
+fs::path OwnStateFolder() { return fs::path(g_get_user_state_dir()) / "morvith-menu-host"; }
 
 }  // namespace
 
 std::string OwnPlugin() { return BelowOwnRoot(HOST_PLUGIN); }
 
-void UseRoot(const std::string& root) {
+std::string UseRoot(const std::string& root) {
   const std::string wanted = OptionOr(root, kRootVariable);
-  SetEnvironment(kRootVariable, wanted.empty() ? BelowOwnRoot("/") : fs::absolute(wanted));
+  const fs::path used = wanted.empty() ? BelowOwnRoot("/") : fs::absolute(wanted);
+  SetEnvironment(kRootVariable, used);
   const std::string resources = LocateFile(ROOTFS_RESOURCES);
   std::error_code error;
   if (!fs::is_directory(resources, error)) {
     throw HostError("no folder '" + resources +
                     "'. Install libmorvith-dataprovider, or name a root that has it.");
   }
+  return used;
 }
 
 std::string LocateFile(const std::string& path) {
@@ -117,23 +89,63 @@ std::string UseDeviceProfile(const std::string& profile) {
   }
   const auto found = std::ranges::find_if(candidates, Exists);
   if (found == candidates.end()) {
-    throw HostError("no device profile '" + name + "'. Give a key file, or one of: " +
-                    Join(ProfileNames(folder)) + " (in " + folder.string() + ").");
+    std::vector<std::string> names;
+    for (const DeviceProfile& known : ReadDeviceProfiles()) {
+      names.push_back(known.name);
+    }
+    throw HostError("no device profile '" + name + "'. Give a key file, or one of: " + Join(names) +
+                    " (in " + folder.string() + ").");
   }
   LoadKeyFile(*found);
   SetEnvironment(kProfileVariable, *found);
   return *found;
 }
 
-void UseRegistry(const std::string& file) {
-  const std::string wanted = OptionOr(file, kRegistryVariable);
-  const fs::path registry = fs::absolute(wanted.empty() ? OwnRegistry() : wanted);
+std::vector<DeviceProfile> ReadDeviceProfiles() {
+  std::vector<DeviceProfile> profiles;
   std::error_code error;
-  if (!fs::is_directory(registry.parent_path(), error)) {
-    throw HostError("no folder '" + registry.parent_path().string() +
-                    "' for the registry. Make it first.");
+  for (const fs::directory_entry& entry :
+       fs::directory_iterator(BelowOwnRoot(HOST_DEVICES), error)) {
+    if (entry.path().extension() == kProfileSuffix) {
+      profiles.push_back({entry.path().stem(), entry.path()});
+    }
+  }
+  std::ranges::sort(profiles, {}, &DeviceProfile::name);
+  return profiles;
+}
+
+std::string FindRegistry(const std::string& file) {
+  const std::string wanted = OptionOr(file, kRegistryVariable);
+  return fs::absolute(wanted.empty() ? OwnStateFolder() / "registry.db" : fs::path(wanted));
+}
+
+void UseRegistry(const std::string& file) {
+  const std::string registry = FindRegistry(file);
+  const fs::path folder = fs::path(registry).parent_path();
+  std::error_code error;
+  if (folder == OwnStateFolder()) {
+    fs::create_directories(folder, error);
+  }
+  const std::string reason = error ? ": " + error.message() : "";
+  if (!fs::is_directory(folder, error)) {
+    throw HostError("no folder '" + folder.string() + "' for the registry" + reason +
+                    ". Make it first, or name another file for the registry.");
   }
   SetEnvironment(kRegistryVariable, registry);
+}
+
+void CheckReadable(const std::string& key) {
+  std::array<char, 256> reason;
+  if (kvreg_try(key.c_str(), reason.data(), reason.size()) != 0) {
+    throw HostError("cannot read '" + key + "' in the registry '" + FindRegistry("") +
+                    "': " + reason.data());
+  }
+}
+
+void Forget(const std::string& key) {
+  if (kvreg_unset(key.c_str()) != 0) {
+    throw HostError("cannot take '" + key + "' out of the registry '" + FindRegistry("") + "'");
+  }
 }
 
 TemporaryFolder::TemporaryFolder() {
@@ -164,7 +176,13 @@ TemporaryProfile::TemporaryProfile(const std::string& contents) {
 }
 
 void UseLogLevel(const std::string& level) {
-  if (!level.empty()) {
-    SetEnvironment(kLogVariable, level);
+  const std::string wanted = OptionOr(level, kLogVariable);
+  if (wanted.empty()) {
+    unsetenv(kLogVariable);
+    return;
   }
+  if (std::ranges::find(kLogLevels, wanted) == kLogLevels.end()) {
+    throw HostError("the log has no level '" + wanted + "'. There are: " + Join(kLogLevels) + ".");
+  }
+  SetEnvironment(kLogVariable, wanted);
 }

@@ -6,13 +6,15 @@
 #define HOST_PLATFORM_SETUP_H
 
 #include <string>
+#include <vector>
 
 // The plug-in below the program's own root.
 std::string OwnPlugin();
 
 // `root` is a folder that has the library's files where a device has them; empty for $ROOTFS_DIR,
 // or else the program's own root. Throws HostError if there are none.
-void UseRoot(const std::string& root);
+// Returns the root's path.
+std::string UseRoot(const std::string& root);
 
 // Where a file that the provider names lies below the root in use.
 std::string LocateFile(const std::string& path);
@@ -22,9 +24,27 @@ std::string LocateFile(const std::string& path);
 // is no such file, or it is no key file.
 std::string UseDeviceProfile(const std::string& profile);
 
-// `file` is made by the first write; empty for $KVREG_FILE, or else a file in the user's own state
-// folder. Throws HostError if there is no folder to make it in.
+struct DeviceProfile {
+  std::string name;
+  std::string path;
+};
+
+// Those below the program's own root, in the order of their names.
+std::vector<DeviceProfile> ReadDeviceProfiles();
+
+// The path of `file`; empty for $KVREG_FILE, or else a file in the user's own state folder. Nothing
+// is made.
+std::string FindRegistry(const std::string& file);
+
+// The registry that FindRegistry() names is made by the first write; the user's own state folder is
+// made here. Throws HostError if there is no folder to make it in.
 void UseRegistry(const std::string& file);
+
+// Throws HostError, with the reason, if what the registry keeps under `key` cannot be read.
+void CheckReadable(const std::string& key);
+
+// Takes what the registry keeps under `key` away. Throws HostError if it cannot.
+void Forget(const std::string& key);
 
 class TemporaryFolder {
  public:
@@ -58,7 +78,10 @@ class TemporaryProfile {
   TemporaryFolder m_folder;
 };
 
-// "info", "warning", "error" or "none"; empty for $QLOG_LEVEL, or else the log's own default.
+inline const std::vector<std::string> kLogLevels = {"info", "warning", "error", "none"};
+
+// One of kLogLevels; empty for $QLOG_LEVEL, or else the log's own default. Throws HostError for
+// another level.
 void UseLogLevel(const std::string& level);
 
 #endif

@@ -9,7 +9,7 @@
 // In place of a locale: texts stay message ids.
 inline constexpr char kNoLanguage[] = "C";
 
-// What is translated from now on is in the language of `locale`, of the form "ko_KR".
+// What is translated from now on is in the language of `locale`, of the form "ko_KR" or "ko".
 void UseUiLanguage(const std::string& locale);
 
 // The name of the catalogue that the provider, which has bound the text domain, has for `locale`:

@@ -4,16 +4,25 @@
 
 #include <CLI/CLI.hpp>
 
+#include "join.h"
+#include "platform_setup.h"
+
 namespace {
+
+constexpr int kNameColumn = 27;
+
+constexpr char kFooter[] =
+    "Exit status: 0 when it is done, 1 when it cannot be done or 'check' found something, 2 when\n"
+    "the command line is not understood.";
 
 void AddOptions(CLI::App& app, Options& options) {
   const CLI::Validator locale(
       [](const std::string& text) {
-        return std::regex_match(text, std::regex("[a-z]{2}_[A-Z]{2}"))
+        return std::regex_match(text, std::regex("[a-z]{2}(_[A-Z]{2})?"))
                    ? ""
-                   : "'" + text + "' does not have the form ll_CC, such as ko_KR";
+                   : "'" + text + "' does not have the form ll_CC or ll, such as ko_KR or ko";
       },
-      "ll_CC");
+      "LOCALE");
   const CLI::Validator given([](const std::string& text) { return text.empty() ? "is empty" : ""; },
                              "");
   app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
@@ -21,24 +30,26 @@ void AddOptions(CLI::App& app, Options& options) {
       ->check(locale)
       ->capture_default_str();
   app.add_option("--root", options.root,
-                 "folder laid out like a device, from which the provider reads its files (default: "
-                 "$ROOTFS_DIR, or where menu_host is installed)")
+                 "folder laid out like a device, from which the provider reads\n"
+                 "its files (default: $ROOTFS_DIR, or where menu_host is installed)")
       ->check(given)
       ->type_name("DIR");
   app.add_option("--device", options.device,
-                 "device profile: a name or a file (default: $DEVINFO_PROFILE, or global)")
+                 "device profile, a name or a file (default: $DEVINFO_PROFILE,\n"
+                 "or global); 'devices' lists the names")
       ->check(given)
       ->type_name("PROFILE");
   app.add_option("--registry", options.registry,
-                 "the registry's file (default: $KVREG_FILE, or one in your state folder)")
+                 "the registry's file (default: $KVREG_FILE, or one in your\nstate folder)")
       ->check(given)
       ->type_name("FILE");
   app.add_option("--log", options.log_level,
-                 "least priority of what is logged (default: $QLOG_LEVEL, or warning)")
-      ->check(CLI::IsMember({"info", "warning", "error", "none"}))
+                 "least priority of what is logged: " + Join(kLogLevels) +
+                     "\n(default: $QLOG_LEVEL, or warning)")
+      ->check(CLI::IsMember(kLogLevels).description(""))
       ->type_name("LEVEL");
   app.add_option("--plugin", options.plugin,
-                 "the data provider (default: the one that is installed with menu_host)")
+                 "the data provider (default: the one that is installed with\nmenu_host)")
       ->check(given)
       ->type_name("FILE");
   app.add_flag("--json", options.json, "print one JSON document, for scripts");
@@ -47,41 +58,61 @@ void AddOptions(CLI::App& app, Options& options) {
 void AddSettingArgument(CLI::App& command, Options& options) {
   command
       .add_option_function<std::string>(
-          "setting",
+          "language|type",
           [&options](const std::string& word) {
             options.setting = word == "type" ? SettingId::kType : SettingId::kLanguage;
           },
-          "language or type")
+          "which of the two settings")
       ->required()
-      ->check(CLI::IsMember({"language", "type"}).description(""))
+      ->check([](const std::string& word) {
+        return word == "language" || word == "type" ? "" : "it cannot be '" + word + "'";
+      })
       ->type_name("");
+}
+
+CLI::App* AddCommand(CLI::App& app, Options& options, Command command, const char* name,
+                     const char* description) {
+  CLI::App* added = app.add_subcommand(name, description);
+  added->callback([&options, command] { options.command = command; });
+  return added;
 }
 
 void AddCommands(CLI::App& app, Options& options) {
   app.require_subcommand(0, 1);
   app.fallthrough();  // the options are good behind a command too
-  CLI::App* list = app.add_subcommand("list", "the choices, the current one marked");
-  CLI::App* set = app.add_subcommand("set", "store a choice, then show what is stored");
-  CLI::App* info = app.add_subcommand("info", "who answers for the provider, and its help picture");
-  CLI::App* check = app.add_subcommand(
-      "check",
-      "go through the device's profile and the page in every language, over a registry of its own, "
-      "for what would trip a viewer up; exits with 1 if there is anything");
-  list->callback([&options] { options.command = Command::kList; });
-  set->callback([&options] { options.command = Command::kSet; });
-  info->callback([&options] { options.command = Command::kInfo; });
-  check->callback([&options] { options.command = Command::kCheck; });
-  AddSettingArgument(*list, options);
+  AddSettingArgument(
+      *AddCommand(app, options, Command::kList, "list", "the choices, the current one marked"),
+      options);
+  AddSettingArgument(*AddCommand(app, options, Command::kGet, "get",
+                                 "the stored value alone; exits with 1 if nothing is stored"),
+                     options);
+  CLI::App* set =
+      AddCommand(app, options, Command::kSet, "set", "store a choice, then show what is stored");
   AddSettingArgument(*set, options);
-  set->add_option("value", options.value, "a value that 'list' shows")->required()->type_name("");
+  set->add_option("value", options.value,
+                  "a value that 'list' shows; a type may leave its language out")
+      ->required()
+      ->type_name("");
   set->add_flag("--force", options.force,
-                "hand the value to the provider even if it is none of the choices");
+                "hand the value to the provider even if it is none of the\nchoices");
+  AddCommand(app, options, Command::kReset, "reset", "forget what is stored");
+  AddCommand(app, options, Command::kInfo, "info",
+             "what answers, where it takes its answers from, and how many\nthere are");
+  AddCommand(app, options, Command::kDevices, "devices",
+             "the device profiles, the one in use marked");
+  AddCommand(app, options, Command::kCheck, "check",
+             "go through the device's profile and the page in every\n"
+             "language, over a registry of its own, for what would trip a\n"
+             "viewer up");
 }
 
 }  // namespace
 
 bool ParseCommandLine(int argc, const char* const* argv, Options& options) {
-  CLI::App app("The keyboard settings page, without a television.", "menu_host");
+  CLI::App app("Shows and sets the keyboard settings page, without a television.", "menu_host");
+  app.set_version_flag("--version", "menu_host " MENU_HOST_VERSION, "Print the version and exit");
+  app.get_formatter()->column_width(kNameColumn);
+  app.footer(kFooter);
   AddOptions(app, options);
   AddCommands(app, options);
   try {
@@ -92,6 +123,7 @@ bool ParseCommandLine(int argc, const char* const* argv, Options& options) {
     return false;
   } catch (const CLI::ParseError& error) {
     throw UsageError(std::string(error.what()) +
-                     "\nThe commands are list, set, info and check; menu_host --help has more.");
+                     "\nThe commands are list, get, set, reset, info, devices and check; "
+                     "menu_host --help has more.");
   }
 }

@@ -7,7 +7,7 @@
 #include "KeyboardPage.h"
 #include "error.h"
 
-enum class Command { kPage, kList, kSet, kInfo, kCheck };
+enum class Command { kPage, kList, kGet, kSet, kReset, kInfo, kDevices, kCheck };
 
 struct Options {
   std::string ui_language = "en_US";
@@ -28,8 +28,8 @@ class UsageError : public HostError {
   using HostError::HostError;
 };
 
-// Returns whether there is anything left to do: not when the help was asked for, and shown. Throws
-// UsageError for what cannot be understood.
+// Returns whether there is anything left to do: not when the help or the version was asked for, and
+// shown. Throws UsageError for what cannot be understood.
 bool ParseCommandLine(int argc, const char* const* argv, Options& options);
 
 #endif

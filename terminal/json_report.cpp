@@ -44,15 +44,31 @@ class JsonReport : public Report {
     Print({{"setting", Document(setting)}, {"choices", listed}});
   }
 
+  void Value(const Setting& setting) override { Print(Document(setting)); }
+
   void Stored(const Setting& language, const Setting& type) override {
     Print({{"language", Document(language)}, {"type", Document(type)}});
   }
 
-  void Info(const ProviderInfo& info) override {
-    Print({{"owner", info.owner},
+  void Info(const Sources& sources, const ProviderInfo& info) override {
+    Print({{"plugin", sources.plugin},
+           {"root", sources.root},
+           {"profile", sources.profile},
+           {"registry", sources.registry},
+           {"owner", info.owner},
            {"main_component", info.main_component},
            {"sub_component", info.sub_component},
+           {"languages", info.languages},
+           {"types", info.types},
            {"help_image", info.help_image}});
+  }
+
+  void Devices(const std::vector<DeviceProfile>& profiles, const std::string& in_use) override {
+    Json listed = Json::array();
+    for (const DeviceProfile& profile : profiles) {
+      listed.push_back({{"name", profile.name}, {"path", profile.path}});
+    }
+    Print({{"devices", listed}, {"in_use", in_use}});
   }
 
   void Findings(const std::vector<Finding>& findings) override {

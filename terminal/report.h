@@ -8,13 +8,8 @@
 
 #include "KeyboardPage.h"
 #include "finding.h"
-
-struct ProviderInfo {
-  std::string owner;
-  std::string main_component;
-  std::string sub_component;
-  std::string help_image;
-};
+#include "platform_setup.h"
+#include "provider_info.h"
 
 class Report {
  public:
@@ -22,9 +17,13 @@ class Report {
 
   virtual void Page(const PageHead& head, const Setting& language, const Setting& type) = 0;
   virtual void Choices(const std::vector<Choice>& choices, const Setting& setting) = 0;
-  // What is stored now, after a choice was handed to the provider.
+  // What is stored of one setting, for scripts to read.
+  virtual void Value(const Setting& setting) = 0;
+  // What is stored now, after it was changed.
   virtual void Stored(const Setting& language, const Setting& type) = 0;
-  virtual void Info(const ProviderInfo& info) = 0;
+  virtual void Info(const Sources& sources, const ProviderInfo& info) = 0;
+  // `in_use` is the path of a profile, one of these or another.
+  virtual void Devices(const std::vector<DeviceProfile>& profiles, const std::string& in_use) = 0;
   virtual void Findings(const std::vector<Finding>& findings) = 0;
 };
 

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdio>
 
 #include "report.h"
@@ -50,15 +51,39 @@ class TextReport : public Report {
     }
   }
 
+  void Value(const Setting& setting) override {
+    if (setting.value) {
+      Print(Printable(*setting.value));
+    }
+  }
+
   void Stored(const Setting& language, const Setting& type) override {
     PrintColumns({SettingRow(language), SettingRow(type)});
   }
 
-  void Info(const ProviderInfo& info) override {
-    PrintColumns({{"owner", Printable(info.owner)},
+  void Info(const Sources& sources, const ProviderInfo& info) override {
+    PrintColumns({{"plug-in", Printable(sources.plugin)},
+                  {"root", Printable(sources.root)},
+                  {"device profile", Printable(sources.profile)},
+                  {"registry", Printable(sources.registry)},
+                  {"owner", Printable(info.owner)},
                   {"main component", Printable(info.main_component)},
                   {"sub component", Printable(info.sub_component)},
+                  {"languages", std::to_string(info.languages)},
+                  {"keyboard types", std::to_string(info.types)},
                   {"help picture", Printable(info.help_image)}});
+  }
+
+  void Devices(const std::vector<DeviceProfile>& profiles, const std::string& in_use) override {
+    std::vector<Row> rows;
+    for (const DeviceProfile& profile : profiles) {
+      const char* mark = profile.path == in_use ? "* " : "  ";
+      rows.push_back({mark + Printable(profile.name), Printable(profile.path)});
+    }
+    PrintColumns(rows);
+    if (std::ranges::find(profiles, in_use, &DeviceProfile::path) == profiles.end()) {
+      Print("in use: " + Printable(in_use));
+    }
   }
 
   void Findings(const std::vector<Finding>& findings) override {

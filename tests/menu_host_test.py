@@ -28,19 +28,29 @@ DIALOGUE = (
     ("list type", 1, ["no keyboard types", "menu_host set language en_US"]),
     ("set language ko_KR", 0, ["Language  Korean             ko_KR\n",
                                "Type      Korean (106 keys)  ko_KR.kr_ibm106\n"]),
-    ("set type ko_KR.us_intl_ibm103i", 0, ["English (US, International)  ko_KR.us_intl_ibm103i"]),
+    ("set type us_intl_ibm103i", 0, ["English (US, International)  ko_KR.us_intl_ibm103i"]),
+    ("get type", 0, ["ko_KR.us_intl_ibm103i\n"]),
     ("list type", 0, ["  Korean (106 keys)            ko_KR.kr_ibm106\n",
                       "* English (US, International)  ko_KR.us_intl_ibm103i\n"]),
-    ("--ui-language ko_KR", 0, ["키보드 언어  한국어                       ko_KR\n"]),
+    ("--ui-language ko", 0, ["키보드 언어  한국어                       ko_KR\n"]),
     ("--ui-language hi_IN", 0, ["कीबोर्ड की भाषा   कोरियाई                      ko_KR\n"]),
-    ("info", 0, ["owner           rask.ovnel", "TP_OnScreenUI", "TP_IME",
+    ("info --registry /dev/null/x", 0,
+     ["registry        /dev/null/x\n", "languages       61\n", "owner           rask.ovnel", "TP_OnScreenUI", "TP_IME",
                  f"help picture    /{RESOURCES}/{EDJE}\n"]),
     ("info --json", 0, [f'"help_image": "/{RESOURCES}/{EDJE}"']),
-    ("set language xx_XX", 1, ["'xx_XX' is none of the choices: ko_KR, en_US", "--force"]),
+    ("set language xx_XX", 1, ["none of the choices that 'menu_host list language'", "--force"]),
+    ("set language ko-KR", 1, ["none of the choices. Did you mean ko_KR?"]),
+    ("set language English", 1, ["Did you mean en_US or en_GB?"]),
+    ("set language kr_KR", 1, ["Did you mean ko_KR?"]),
     ("set language xx_XX --force", 0, ["stored is 'en_US'", "en_US.us_ibm104"]),
     ("--log info set type '\x1b[31m\x9b\nvalue\udcff' --force", 0,
      ["set keyboard_language = ?[31m??value?", "(none of the choices)  \ufffd[31m\ufffd\ufffdvalue"]),
     ("list type", 0, ["stored: '\ufffd[31m\ufffd\ufffdvalue\ufffd', none of the choices"]),
+    ("reset", 0, ["Language  (not set)\n", "Type      (not set)\n"]),
+    ("get language", 1, ["nothing is stored"]),
+    ("list", 2, ["language|type is required"]),
+    ("devices --device europe", 0, ["* europe     /", "  global     /"]),
+    (f"--registry {BAD_PROVIDER}", 1, [f"in the registry '{BAD_PROVIDER}': file is not a database"]),
     ("--ui-language eo_EO", 1, ["no catalogue for the language 'eo_EO'", ", zh_TW, zu."]),
     ("--device moon", 1, ["no device profile 'moon'", "europe, global, prototype"]),
     ("--device /etc/passwd", 1, ["'/etc/passwd' is no key file: Key file contains line"]),
@@ -121,6 +131,11 @@ class MenuHostTest(unittest.TestCase):
             for words in says:
                 self.assertIn(words, done.stdout + done.stderr, command)
 
+    def test_helps_within_100_columns_and_says_a_wrong_level(self):
+        self.assertLessEqual(max(map(len, self.host("--help").stdout.splitlines())), 100)
+        self.environment["QLOG_LEVEL"] = "loud"
+        self.assertIn("no level 'loud'", self.host(status=1).stderr)
+
     def test_answers_with_one_document(self):
         for command, value in (("", None), ("set language ko_KR", "ko_KR")):
             page = json.loads(self.host(*command.split(), "--json").stdout)
@@ -198,7 +213,7 @@ class MenuHostTest(unittest.TestCase):
         with contextlib.closing(sqlite3.connect(self.registry, isolation_level=None)) as other:
             other.execute("CREATE TABLE registry (key TEXT PRIMARY KEY, value TEXT)")
             other.execute("INSERT INTO registry VALUES ('db/ime/hardware_keyboard_name', NULL)")
-        self.assertIn("its value is NULL", self.host().stderr)
+        self.assertIn("its value is NULL", self.host(status=1).stderr)
 
 
 if __name__ == "__main__":

@@ -1,13 +1,16 @@
 #include "kvreg.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 #include <memory>
 
 #include <sqlite3.h>
 #include <sys/stat.h>
 
+#include "kvreg_admin.h"
 #include "qlog.h"
 
 namespace {
@@ -21,6 +24,7 @@ constexpr char kSelect[] = "SELECT value FROM registry WHERE key = ?1";
 constexpr char kUpsert[] =
     "INSERT INTO registry (key, value) VALUES (?1, ?2) "
     "ON CONFLICT (key) DO UPDATE SET value = excluded.value";
+constexpr char kDelete[] = "DELETE FROM registry WHERE key = ?1";
 
 struct SqliteDeleter {
   void operator()(sqlite3* database) const { sqlite3_close(database); }
@@ -72,14 +76,19 @@ bool Execute(const Database& database, const char* sql) {
   return sqlite3_exec(database.get(), sql, nullptr, nullptr, nullptr) == SQLITE_OK;
 }
 
-bool Upsert(const Database& database, const char* key, const char* value) {
-  const Statement upsert = Prepare(database, kUpsert);
-  return upsert && Bind(upsert, 1, key) && Bind(upsert, 2, value) &&
-         sqlite3_step(upsert.get()) == SQLITE_DONE;
+bool Run(const Database& database, const char* sql, std::initializer_list<const char*> texts) {
+  const Statement statement = Prepare(database, sql);
+  int parameter = 0;
+  for (const char* text : texts) {
+    if (!statement || !Bind(statement, ++parameter, text)) {
+      return false;
+    }
+  }
+  return sqlite3_step(statement.get()) == SQLITE_DONE;
 }
 
-bool Write(const Database& database, const char* key, const char* value) {
-  return Execute(database, kBegin) && Upsert(database, key, value) && Execute(database, "COMMIT");
+bool Change(const Database& database, const char* sql, std::initializer_list<const char*> texts) {
+  return Execute(database, kBegin) && Run(database, sql, texts) && Execute(database, "COMMIT");
 }
 
 bool NeverWritten(const char* file) {
@@ -87,42 +96,48 @@ bool NeverWritten(const char* file) {
   return stat(file, &status) == 0 ? status.st_size == 0 : errno == ENOENT;
 }
 
-}  // namespace
-
-char* kvreg_get_str(const char* key) {
-  const char* file = FileFor("read", key, key != nullptr);
-  if (file == nullptr || NeverWritten(file)) {
+// Null where `key` has no value, and where it could not be read: `fail` was told why then, and
+// returned that null.
+template <typename Fail>
+char* Read(const char* file, const char* key, const Fail& fail) {
+  if (NeverWritten(file)) {
     return nullptr;
   }
   // Not read-only: what a killed writer left half done is rolled back by the next reader.
   Database database;
   if (!Open(file, SQLITE_OPEN_READWRITE, database)) {
-    LogFailure("read", key, Reason(database));
-    return nullptr;
+    return fail(Reason(database));
   }
   const Statement select = Prepare(database, kSelect);
   if (!select || !Bind(select, 1, key)) {
-    LogFailure("read", key, Reason(database));
-    return nullptr;
+    return fail(Reason(database));
   }
   const int step = sqlite3_step(select.get());
   if (step == SQLITE_DONE) {
     return nullptr;
   }
   if (step != SQLITE_ROW) {
-    LogFailure("read", key, Reason(database));
-    return nullptr;
+    return fail(Reason(database));
   }
   if (sqlite3_column_type(select.get(), 0) == SQLITE_NULL) {  // in a table that is not ours
-    LogFailure("read", key, "its value is NULL");
-    return nullptr;
+    return fail("its value is NULL");
   }
   const unsigned char* text = sqlite3_column_text(select.get(), 0);
   char* value = text == nullptr ? nullptr : strdup(reinterpret_cast<const char*>(text));
-  if (value == nullptr) {
-    LogFailure("read", key, "out of memory");
+  return value == nullptr ? fail("out of memory") : value;
+}
+
+}  // namespace
+
+char* kvreg_get_str(const char* key) {
+  const char* file = FileFor("read", key, key != nullptr);
+  if (file == nullptr) {
+    return nullptr;
   }
-  return value;
+  return Read(file, key, [key](const char* reason) -> char* {
+    LogFailure("read", key, reason);
+    return nullptr;
+  });
 }
 
 int kvreg_set_str(const char* key, const char* value) {
@@ -132,9 +147,38 @@ int kvreg_set_str(const char* key, const char* value) {
   }
   Database database;
   if (!Open(file, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, database) ||
-      !Write(database, key, value)) {
+      !Change(database, kUpsert, {key, value})) {
     LogFailure("write", key, Reason(database));
     return -1;
   }
   return 0;
+}
+
+int kvreg_try(const char* key, char* reason, size_t size) {
+  const char* file = FileFor("try", key, key != nullptr);
+  if (file == nullptr) {
+    std::snprintf(reason, size, "there is no file or no key to read");
+    return -1;
+  }
+  int result = 0;
+  std::free(Read(file, key, [&](const char* why) -> char* {
+    std::snprintf(reason, size, "%s", why);
+    result = -1;
+    return nullptr;
+  }));
+  return result;
+}
+
+int kvreg_unset(const char* key) {
+  const char* file = FileFor("unset", key, key != nullptr);
+  if (file == nullptr) {
+    return -1;
+  }
+  Database database;
+  if (NeverWritten(file) ||
+      (Open(file, SQLITE_OPEN_READWRITE, database) && Change(database, kDelete, {key}))) {
+    return 0;
+  }
+  LogFailure("unset", key, Reason(database));
+  return -1;
 }

@@ -1,0 +1,28 @@
+// What answers on the page, and where it takes its answers from.
+#ifndef TERMINAL_PROVIDER_INFO_H
+#define TERMINAL_PROVIDER_INFO_H
+
+#include <cstddef>
+#include <string>
+
+struct Sources {  // paths
+  std::string plugin;
+  std::string root;
+  std::string profile;
+  std::string registry;
+};
+
+struct ProviderInfo {
+  std::string owner;
+  std::string main_component;
+  std::string sub_component;
+  std::string help_image;
+  std::size_t languages;
+  std::size_t types;  // of all languages together, each once
+};
+
+// Stores each language in a temporary registry, which stays in use: types are listed for a stored
+// language.
+ProviderInfo ReadProviderInfo(const std::string& plugin);
+
+#endif

@@ -1,0 +1,69 @@
+#include "suggestion.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <functional>
+#include <numeric>
+
+#include <glib.h>
+
+#include "terminal_text.h"
+
+namespace {
+
+constexpr std::size_t kMost = 6;
+constexpr std::size_t kFarthest = 2;
+
+std::string Folded(const std::string& text) {
+  g_autofree gchar* folded = g_utf8_casefold(text.c_str(), -1);
+  return folded;
+}
+
+// How many bytes have to be put in, taken out or replaced (Levenshtein).
+std::size_t Distance(const std::string& from, const std::string& to) {
+  std::vector<std::size_t> row(to.size() + 1);
+  std::iota(row.begin(), row.end(), 0);
+  for (std::size_t i = 0; i < from.size(); ++i) {
+    std::size_t diagonal = row[0]++;
+    for (std::size_t j = 0; j < to.size(); ++j) {
+      const std::size_t replaced = diagonal + (from[i] == to[j] ? 0 : 1);
+      diagonal = row[j + 1];
+      row[j + 1] = std::min({replaced, diagonal + 1, row[j] + 1});
+    }
+  }
+  return row.back();
+}
+
+std::vector<std::string> ValuesWhere(const std::vector<Choice>& choices,
+                                     const std::function<bool(const Choice&)>& is_meant) {
+  std::vector<std::string> values;
+  for (const Choice& choice : choices) {
+    if (is_meant(choice)) {
+      values.push_back(choice.value);
+    }
+  }
+  return values.size() <= kMost ? values : std::vector<std::string>();
+}
+
+}  // namespace
+
+std::vector<std::string> Suggest(const std::string& word, const std::vector<Choice>& choices) {
+  const std::string wanted = Printable(word);
+  const std::vector<std::string> matching = ValuesWhere(choices, [&](const Choice& choice) {
+    const std::string words = Printable(choice.value + " " + choice.text);
+    return g_str_match_string(wanted.c_str(), words.c_str(), TRUE) != FALSE;
+  });
+  if (!matching.empty()) {
+    return matching;
+  }
+  const std::string folded = Folded(wanted);
+  const auto distance = [&](const Choice& choice) {
+    return std::min(Distance(folded, Folded(Printable(choice.value))),
+                    Distance(folded, Folded(Printable(choice.text))));
+  };
+  std::size_t closest = kFarthest;
+  for (const Choice& choice : choices) {
+    closest = std::min(closest, distance(choice));
+  }
+  return ValuesWhere(choices, [&](const Choice& choice) { return distance(choice) == closest; });
+}
