@@ -115,12 +115,12 @@ void Run(const Options& options) {
   const std::string root = UseRoot(options.root);
   UseUiLanguage(options.ui_language);
   const std::string plugin = options.plugin.empty() ? OwnPlugin() : options.plugin;
+  const Sources sources = {plugin, root, profile, FindRegistry(options.registry)};
   switch (options.command) {
     case Command::kCheck:
       return Check(plugin, profile, *report);
     case Command::kInfo:
-      return report->Info({plugin, root, profile, FindRegistry(options.registry)},
-                          ReadProviderInfo(plugin));
+      return report->Info(sources, ReadProviderInfo(plugin));
     default:
       return RunOnPage(options, plugin, *report);
   }

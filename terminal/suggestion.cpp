@@ -23,10 +23,10 @@ std::string Folded(const std::string& text) {
 std::size_t Distance(const std::string& from, const std::string& to) {
   std::vector<std::size_t> row(to.size() + 1);
   std::iota(row.begin(), row.end(), 0);
-  for (std::size_t i = 0; i < from.size(); ++i) {
+  for (const char letter : from) {
     std::size_t diagonal = row[0]++;
     for (std::size_t j = 0; j < to.size(); ++j) {
-      const std::size_t replaced = diagonal + (from[i] == to[j] ? 0 : 1);
+      const std::size_t replaced = diagonal + (letter == to[j] ? 0 : 1);
       diagonal = row[j + 1];
       row[j + 1] = std::min({replaced, diagonal + 1, row[j] + 1});
     }
@@ -49,7 +49,7 @@ std::vector<std::string> ValuesWhere(const std::vector<Choice>& choices,
 
 std::vector<std::string> Suggest(const std::string& word, const std::vector<Choice>& choices) {
   const std::string wanted = Printable(word);
-  const std::vector<std::string> matching = ValuesWhere(choices, [&](const Choice& choice) {
+  std::vector<std::string> matching = ValuesWhere(choices, [&](const Choice& choice) {
     const std::string words = Printable(choice.value + " " + choice.text);
     return g_str_match_string(wanted.c_str(), words.c_str(), TRUE) != FALSE;
   });
