@@ -1,4 +1,6 @@
-# Two packages: what a device gets, and what stands in for a device on a developer's machine.
+# Four packages: what a device gets, what a settings application is built with, what stands in for
+# the device's services on a developer's machine, and a settings application for a terminal. A
+# version has no Debian revision: the packages are made by the project itself.
 
 set(MORVITH_PACKAGE_CONTACT "nobody <nobody@localhost>" CACHE STRING
   "Maintainer field of the packages, which Debian's format demands")
@@ -10,9 +12,11 @@ set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")  # each package has its own
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
-set(CPACK_COMPONENTS_ALL runtime)
+set(CPACK_COMPONENTS_ALL runtime dev)
+set(CPACK_POST_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/drop_scripts.cmake)
 
 set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)  # each on the same version
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION libs)
 # The platform's libraries, stand-ins or the SDK's, are in no package outside this build.
@@ -22,19 +26,40 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${MORVITH_PLATFORM_LIBRARY_DIREC
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libmorvith-dataprovider)
 set(CPACK_DEBIAN_RUNTIME_DESCRIPTION
   "Keyboard settings for a television's settings menu\n\
-The data provider that the settings application loads as a plug-in, with its keyboard\n\
-configuration, message catalogues and help images.")
+The data provider that the settings application loads as a plug-in, with its\n\
+keyboard configuration, message catalogues and help images.")
+
+set(CPACK_DEBIAN_DEV_PACKAGE_NAME libmorvith-dataprovider-dev)
+set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)
+set(CPACK_COMPONENT_DEV_DEPENDS runtime)
+set(CPACK_DEBIAN_DEV_DESCRIPTION
+  "Keyboard settings for a television's settings menu, development files\n\
+The header that is the contract between the settings application and the data\n\
+provider, and a pkg-config file that says how to build an application that\n\
+loads the provider, and where it lies.")
 
 if(MORVITH_PLATFORM STREQUAL "stand-in")
-  list(APPEND CPACK_COMPONENTS_ALL host)
-  set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS morvith-menu-host)
+  list(APPEND CPACK_COMPONENTS_ALL stand_ins host)
+  set(CPACK_COMPONENT_RUNTIME_DEPENDS stand_ins)
+
+  set(CPACK_DEBIAN_STAND_INS_PACKAGE_NAME morvith-platform-stand-ins)
+  set(CPACK_DEBIAN_STAND_INS_PACKAGE_REPLACES "morvith-menu-host (<= 0.1.0)")  # had these files
+  set(CPACK_DEBIAN_STAND_INS_PACKAGE_CONTROL_EXTRA
+    ${CMAKE_CURRENT_LIST_DIR}/stand_ins/shlibs ${CMAKE_CURRENT_LIST_DIR}/stand_ins/triggers)
+  set(CPACK_DEBIAN_STAND_INS_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+  set(CPACK_DEBIAN_STAND_INS_DESCRIPTION
+    "Stand-ins for a television's services, with device profiles\n\
+The device's registry, system information, log and file system on a machine\n\
+that is no television, and profiles of a few devices.")
+
   set(CPACK_DEBIAN_HOST_PACKAGE_NAME morvith-menu-host)
   set(CPACK_DEBIAN_HOST_PACKAGE_SECTION utils)
+  set(CPACK_COMPONENT_HOST_DEPENDS stand_ins)
   set(CPACK_DEBIAN_HOST_PACKAGE_RECOMMENDS libmorvith-dataprovider)
   set(CPACK_DEBIAN_HOST_DESCRIPTION
     "Menu host for data providers, without a television\n\
-The menu_host command, which shows and sets the keyboard page, and stand-ins for the device's\n\
-registry, system information, log and file system, with device profiles.")
+The menu_host command, which shows and sets the keyboard page in a terminal,\n\
+and finds what would trip a viewer up on it.")
 endif()
 
 include(CPack)

@@ -1,4 +1,4 @@
-"""The device's Debian package: what it holds, the library's form, and the pictures."""
+"""The Debian packages: what the device's holds, and what a host is built with and runs over."""
 
 import glob
 import os
@@ -8,7 +8,8 @@ import tempfile
 import unittest
 
 SOURCE = pathlib.Path(os.environ["MORVITH_SOURCE"])
-PACKAGE, = glob.glob(f"{os.environ['PACKAGES']}/libmorvith-dataprovider_*.deb")
+PACKAGES = glob.glob(f"{os.environ['PACKAGES']}/*.deb")
+PACKAGE, = (path for path in PACKAGES if "/libmorvith-dataprovider_" in path)
 RESOURCES = "usr/share/lib-morvith-tv/res"
 EDJ = f"{RESOURCES}/edje/help_morvith.edj"
 WEBP = f"{RESOURCES}/image/setting_device_manager_ta_non_bt.webp"
@@ -24,7 +25,8 @@ class PackageTest(unittest.TestCase):
         folder = cls.enterClassContext(tempfile.TemporaryDirectory())
         os.chdir(folder)
         os.environ["HOME"] = folder  # EFL's tools keep caches there
-        output("dpkg-deb", "--extract", PACKAGE, ".")
+        for package in PACKAGES:
+            output("dpkg-deb", "--extract", package, ".")
         cls.plugin, = glob.glob("usr/lib/*/libmorvith_dataprovider.so")
 
     def test_holds_the_library_and_its_data_readable_by_all_and_nothing_else(self):
@@ -52,6 +54,20 @@ class PackageTest(unittest.TestCase):
             self.assertIn(f"part {{ name: '{name}'; type: {kind};", parts)
         self.assertRegex(output("webpinfo", WEBP),
                          r"Width: 1920\n +Height: 1080\n(.*\n)* +Format: Lossless")
+
+    def test_development_package_builds_the_example_and_the_others_run_it(self):
+        libraries = f"{os.getcwd()}/{os.path.dirname(self.plugin)}"
+        os.environ["PKG_CONFIG_PATH"] = f"{libraries}/pkgconfig"
+        os.environ["PKG_CONFIG_SYSROOT_DIR"] = os.getcwd()
+        ask = "pkg-config", "morvith-dataprovider"
+        output("cc", "-std=c11", "-Wall", "-Wextra", "-Werror", "-o", "host",
+               SOURCE / "examples/host.c", *output(*ask, "--cflags", "--libs").split())
+        shown = output(
+            "env", f"LD_LIBRARY_PATH={libraries}", "LD_PRELOAD=librootfs.so.0", "ROOTFS_DIR=.",
+            "DEVINFO_PROFILE=usr/share/morvith-platform-stand-ins/devices/global.ini",
+            "KVREG_FILE=registry.db", "LC_ALL=C.UTF-8", "LANGUAGE=ko",
+            "./host", output(*ask, "--variable=plugin").strip(), "ko_KR")
+        self.assertRegex(shown, r"\n\* ko_KR  한국어\n(.*\n)*\* ko_KR.kr_ibm106  Korean")
 
 
 if __name__ == "__main__":

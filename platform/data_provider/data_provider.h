@@ -6,6 +6,17 @@
  * speak of three items of the menu, whose keys are defined below: the page, and on it the language
  * and the type.
  *
+ * A host, as `pkg-config --cflags --libs morvith-dataprovider` builds it:
+ *
+ *   - defines `init_data_provider_cbs` and exports it, linked with -rdynamic or, for this function
+ *     alone, with -Wl,--export-dynamic-symbol=init_data_provider_cbs; otherwise dlopen() fails with
+ *     "undefined symbol: init_data_provider_cbs", whether with RTLD_NOW or RTLD_LAZY;
+ *   - sets a locale with setlocale(), in whose language texts come: in "C" they stay message ids;
+ *   - loads the provider, `pkg-config --variable=plugin morvith-dataprovider`, with
+ *     dlopen(plugin, RTLD_NOW | RTLD_LOCAL), and finds its two functions with dlsym();
+ *   - calls `create_provider`, then the slots of the table as it likes, then `delete_provider`;
+ *   - unloads it with dlclose(), when all that was handed out has been given back.
+ *
  * Conventions, unless a slot says otherwise:
  *
  *  1. Memory. What a callback hands out is a fresh block of the C heap. It is the host's until the
@@ -83,8 +94,8 @@ typedef struct data_provider_cbs {
    * Slot 6, offset 48. Stores the user's choice. Returns 1, always: read the item back to see what
    * was stored.
    *
-   * language  `value` is a locale code. One that the device does not support is replaced by the
-   *           default language ("en_US" or "en_GB"). Storing a language also stores the first
+   * language  `value` is a locale code. One that is none of the choices is replaced by the first
+   *           English among them, "en_US" or "en_GB". Storing a language also stores the first
    *           keyboard type of that language, or "us_intl_ibm103i" if it has none, in the form
    *           "ko_KR.kr_ibm106", whatever type was stored before. If the language cannot be
    *           written, the type is left as it was.
@@ -102,8 +113,8 @@ typedef struct data_provider_cbs {
 
   /*
    * Slot 11, offset 88. Reads the stored choice of the language or the type into `*value`, as the
-   * registry holds it; it need not be one of the choices. Null when there is none, or it cannot be
-   * read. Returns 1, always.
+   * registry holds it; it need not be one of the choices. Null when there is none, for which no
+   * default is answered or stored, or when it cannot be read. Returns 1, always.
    */
   int (*get_string)(const char* key, char** value);
 
@@ -122,8 +133,10 @@ typedef struct data_provider_cbs {
 
   /*
    * Slot 16, offset 128. The choices of the language or the type, built anew on each request, in
-   * an order that does not change: the device's for languages, the configuration's for types. The
-   * array has `*count` items, to be read through slots 17 and 19 and given back through slot 24.
+   * an order that does not change: the device's for languages, the configuration's for types. Where
+   * the device reports neither "en_US" nor "en_GB", or nothing, "en_GB" is added as the last of the
+   * languages; those that the provider does not know are left out. The array has `*count` items,
+   * to be read through slots 17 and 19 and given back through slot 24.
    *
    *   list, `*count` > 0       the choices
    *   list, `*count` 0         no choices; the list is to be given back all the same

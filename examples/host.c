@@ -1,0 +1,80 @@
+/*
+ * A whole settings application: stores a language if it is given one, and shows the keyboard page.
+ *
+ *   cc -std=c11 -o host host.c $(pkg-config --cflags --libs morvith-dataprovider)
+ *   ./host "$(pkg-config --variable=plugin morvith-dataprovider)" [LANGUAGE]
+ *
+ * Over the stand-ins, DEVINFO_PROFILE names a device profile, and KVREG_FILE the registry's file.
+ */
+#include <data_provider.h>
+#include <dlfcn.h>
+#include <libintl.h>
+#include <locale.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+
+/* This host has no defaults. */
+void init_data_provider_cbs(data_provider_cbs* table) { *table = (data_provider_cbs){0}; }
+
+static void show_text(const data_provider_cbs* provider, int (*get)(const char*, char**),
+                      const char* key) {
+  char* text = NULL;
+  get(key, &text);
+  printf("%s\n", text == NULL ? "-" : text);
+  provider->release_string(text);
+}
+
+static void show_setting(const data_provider_cbs* provider, const char* key) {
+  show_text(provider, provider->get_display_name, key);
+  show_text(provider, provider->get_help_text, key);
+  show_text(provider, provider->get_string, key);
+  char* stored = NULL;
+  int count = 0;
+  provider->get_string(key, &stored);
+  void** list = provider->get_list_items(key, &count);
+  for (int i = 0; i < count; ++i) {
+    char* value = NULL;
+    char* name = NULL;
+    provider->get_list_item_string_value(list[i], &value);
+    provider->get_list_item_display_value(list[i], &name);
+    const char mark = stored != NULL && strcmp(stored, value) == 0 ? '*' : ' ';
+    const int is_id = strcmp(key, DATA_PROVIDER_LANGUAGE) == 0;
+    printf("%c %s  %s\n", mark, value, is_id ? dgettext(DATA_PROVIDER_TEXT_DOMAIN, name) : name);
+  }
+  provider->free_list_items(list, count);
+  provider->release_string(stored);
+}
+
+int main(int argc, char** argv) {
+  if (argc < 2 || argc > 3 || setlocale(LC_ALL, "") == NULL) {
+    fprintf(stderr, "usage: host PLUGIN [LANGUAGE], in a locale that is installed\n");
+    return EXIT_FAILURE;
+  }
+  void* library = dlopen(argv[1], RTLD_NOW | RTLD_LOCAL);
+  if (library == NULL) {
+    fprintf(stderr, "host: %s\n", dlerror());
+    return EXIT_FAILURE;
+  }
+  const data_provider_entry create = (data_provider_entry)dlsym(library, "create_provider");
+  const data_provider_entry destroy = (data_provider_entry)dlsym(library, "delete_provider");
+  void* table = NULL;
+  if (create == NULL || destroy == NULL || create(&table) != 0) {
+    fprintf(stderr, "host: %s makes no provider\n", argv[1]);
+    dlclose(library);
+    return EXIT_FAILURE;
+  }
+  bind_textdomain_codeset(DATA_PROVIDER_TEXT_DOMAIN, "UTF-8"); /* as the names of types are */
+  const data_provider_cbs* provider = table;
+  if (argc == 3) {
+    provider->set_string(DATA_PROVIDER_LANGUAGE, argv[2]); /* the page shows what was stored */
+  }
+  show_text(provider, provider->get_display_name, DATA_PROVIDER_PAGE);
+  show_text(provider, provider->get_help_text, DATA_PROVIDER_PAGE);
+  show_text(provider, provider->get_help_image_path, DATA_PROVIDER_PAGE);
+  show_setting(provider, DATA_PROVIDER_LANGUAGE);
+  show_setting(provider, DATA_PROVIDER_TYPE);
+  const int failed =
+      destroy(&table) != 0 || dlclose(library) != 0 || fflush(stdout) != 0 || ferror(stdout) != 0;
+  return failed ? EXIT_FAILURE : EXIT_SUCCESS;
+}
