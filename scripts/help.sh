@@ -1,0 +1,8 @@
+# shellcheck shell=bash
+# Sourced by the scripts here: given --help, prints the comment at the script's head, and ends it.
+case "${1:-}" in
+  -h | --help)
+    sed -n '2,/^[^#]/s/^# \?//p' "scripts/${0##*/}"
+    exit
+    ;;
+esac
