@@ -1,0 +1,65 @@
+// The page drawn by EFL, in a window or into a buffer.
+#ifndef SCREEN_CANVAS_H
+#define SCREEN_CANVAS_H
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <Ecore_Evas.h>
+#include <Edje.h>
+
+#include "PageState.h"
+
+enum class Target { kWindow, kBuffer };  // a buffer needs no display, and nothing moves in it
+
+class Canvas {
+ public:
+  // `layout` is the program's own .edj. Throws HostError if it cannot be used, or there is no display
+  // for a window.
+  Canvas(Target target, const std::string& layout);
+  ~Canvas();
+  Canvas(const Canvas&) = delete;
+  Canvas& operator=(const Canvas&) = delete;
+
+  // In which language the texts of the page are from now on, of the form "ko_KR" or "ko": it decides
+  // on the form of the letters.
+  void SetLanguage(const std::string& locale);
+
+  // From which side it is read is seen from its title.
+  void Show(const PageState& state);
+
+  // Throws HostError if the file cannot be written. Of a buffer alone.
+  void SavePicture(const std::string& file);
+
+  // Calls `on_key` for each key, until the window is closed or Leave() is called.
+  void Run(std::function<void(RemoteKey)> on_key);
+  static void Leave() { ecore_main_loop_quit(); }
+
+  // The object of the layout that has these parts, for the check and for tests.
+  Evas_Object* page() const { return m_page; }
+  Evas_Object* Nested(const std::string& part) const;
+
+ private:
+  struct EcoreEvasDeleter {
+    void operator()(Ecore_Evas* window) const { ecore_evas_free(window); }
+  };
+
+  void Resize();
+  void ShowRow(const char* part, const Row& row, bool focused);
+  void ShowHelp(const PageHead& head, const Setting& setting);
+  void ShowList(const std::optional<OpenList>& list, const Setting& setting);
+  void Press(const std::string& key);
+
+  std::unique_ptr<Ecore_Evas, EcoreEvasDeleter> m_window;
+  Evas_Object* m_page = nullptr;     // these are the canvas's own
+  Evas_Object* m_help = nullptr;     // the help layout or picture
+  std::string m_help_file;
+  std::string m_font;
+  std::vector<Evas_Object*> m_choices;
+  std::function<void(RemoteKey)> m_on_key;
+};
+
+#endif

@@ -1,0 +1,89 @@
+#include "PageState.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+#include <utility>
+
+#include "error.h"
+#include "platform_setup.h"
+
+namespace {
+
+Row ReadRow(const KeyboardPage& page, SettingId id) {
+  Row row = {page.ReadSetting(id)};
+  try {
+    CheckReadable(row.setting.key);
+  } catch (const HostError& error) {
+    std::fprintf(stderr, "menu_screen: %s\n", error.what());
+    row.failed = true;
+  }
+  return row;
+}
+
+}  // namespace
+
+PageState::PageState(const KeyboardPage& page) : m_page(page), m_head(page.ReadHead()) {
+  ReadRows();
+}
+
+void PageState::ReadRows() {
+  m_language = ReadRow(m_page, SettingId::kLanguage);
+  m_type = ReadRow(m_page, SettingId::kType);
+}
+
+void PageState::Press(RemoteKey key) { m_list ? PressOnList(key) : PressOnPage(key); }
+
+void PageState::PressOnPage(RemoteKey key) {
+  switch (key) {
+    case RemoteKey::kUp:
+      return Focus(SettingId::kLanguage);
+    case RemoteKey::kDown:
+      return Focus(SettingId::kType);
+    case RemoteKey::kReturn:
+      return Open();
+    case RemoteKey::kBack:
+      m_is_left = true;
+      return;
+    case RemoteKey::kToPage:
+      return;
+  }
+}
+
+void PageState::PressOnList(RemoteKey key) {
+  switch (key) {
+    case RemoteKey::kUp:
+      m_list->focused -= m_list->focused > 0 ? 1 : 0;
+      return;
+    case RemoteKey::kDown:
+      m_list->focused += m_list->focused + 1 < m_list->choices.size() ? 1 : 0;
+      return;
+    case RemoteKey::kReturn:
+      return StoreFocused();
+    case RemoteKey::kBack:
+    case RemoteKey::kToPage:
+      m_list.reset();
+  }
+}
+
+void PageState::Open() {
+  OpenList list = {m_page.ReadChoices(m_focused).value_or(std::vector<Choice>())};
+  const auto current =
+      std::ranges::find(list.choices, row(m_focused).setting.value, &Choice::value);
+  if (current != list.choices.end()) {
+    list.focused = static_cast<std::size_t>(current - list.choices.begin());
+    list.current = list.focused;
+  }
+  m_list = std::move(list);
+}
+
+void PageState::StoreFocused() {
+  if (!m_list->choices.empty()) {
+    const std::string value = m_list->choices[m_list->focused].value;
+    m_page.Store(m_focused, value);
+    ReadRows();
+    Row& stored = m_focused == SettingId::kLanguage ? m_language : m_type;
+    stored.failed |= stored.setting.value != value;
+  }
+  m_list.reset();
+}
