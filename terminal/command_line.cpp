@@ -1,11 +1,6 @@
 #include "command_line.h"
 
-#include <regex>
-
 #include <CLI/CLI.hpp>
-
-#include "join.h"
-#include "platform_setup.h"
 
 namespace {
 
@@ -14,46 +9,6 @@ constexpr int kNameColumn = 27;
 constexpr char kFooter[] =
     "Exit status: 0 when it is done, 1 when it cannot be done or 'check' found something, 2 when\n"
     "the command line is not understood.";
-
-void AddOptions(CLI::App& app, Options& options) {
-  const CLI::Validator locale(
-      [](const std::string& text) {
-        return std::regex_match(text, std::regex("[a-z]{2}(_[A-Z]{2})?"))
-                   ? ""
-                   : "'" + text + "' does not have the form ll_CC or ll, such as ko_KR or ko";
-      },
-      "LOCALE");
-  const CLI::Validator given([](const std::string& text) { return text.empty() ? "is empty" : ""; },
-                             "");
-  app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
-  app.add_option("--ui-language", options.ui_language, "language in which the page is shown")
-      ->check(locale)
-      ->capture_default_str();
-  app.add_option("--root", options.root,
-                 "folder laid out like a device, from which the provider reads\n"
-                 "its files (default: $ROOTFS_DIR, or where menu_host is installed)")
-      ->check(given)
-      ->type_name("DIR");
-  app.add_option("--device", options.device,
-                 "device profile, a name or a file (default: $DEVINFO_PROFILE,\n"
-                 "or global); 'devices' lists the names")
-      ->check(given)
-      ->type_name("PROFILE");
-  app.add_option("--registry", options.registry,
-                 "the registry's file (default: $KVREG_FILE, or one in your\nstate folder)")
-      ->check(given)
-      ->type_name("FILE");
-  app.add_option("--log", options.log_level,
-                 "least priority of what is logged: " + Join(kLogLevels) +
-                     "\n(default: $QLOG_LEVEL, or warning)")
-      ->check(CLI::IsMember(kLogLevels).description(""))
-      ->type_name("LEVEL");
-  app.add_option("--plugin", options.plugin,
-                 "the data provider (default: the one that is installed with\nmenu_host)")
-      ->check(given)
-      ->type_name("FILE");
-  app.add_flag("--json", options.json, "print one JSON document, for scripts");
-}
 
 void AddSettingArgument(CLI::App& command, Options& options) {
   command
@@ -113,7 +68,8 @@ bool ParseCommandLine(int argc, const char* const* argv, Options& options) {
   app.set_version_flag("--version", "menu_host " MENU_HOST_VERSION, "Print the version and exit");
   app.get_formatter()->column_width(kNameColumn);
   app.footer(kFooter);
-  AddOptions(app, options);
+  AddHostOptions(app, options);
+  app.add_flag("--json", options.json, "print one JSON document, for scripts");
   AddCommands(app, options);
   try {
     app.parse(argc, argv);

@@ -5,27 +5,17 @@
 #include <string>
 
 #include "KeyboardPage.h"
-#include "error.h"
+#include "host_options.h"
 
 enum class Command { kPage, kList, kGet, kSet, kReset, kInfo, kDevices, kCheck };
 
-struct Options {
-  std::string ui_language = "en_US";
-  std::string root;
-  std::string device;
-  std::string registry;
-  std::string log_level;
-  std::string plugin;
+struct Options : HostOptions {
   bool json = false;
 
   Command command = Command::kPage;
   SettingId setting = SettingId::kLanguage;
   std::string value;
   bool force = false;
-};
-
-class UsageError : public HostError {
-  using HostError::HostError;
 };
 
 // Returns whether there is anything left to do: not when the help or the version was asked for, and

@@ -106,23 +106,18 @@ void RunOnPage(const Options& options, const std::string& plugin, Report& report
 }
 
 void Run(const Options& options) {
-  UseLogLevel(options.log_level);
   const std::unique_ptr<Report> report = options.json ? MakeJsonReport() : MakeTextReport();
-  const std::string profile = UseDeviceProfile(options.device);
   if (options.command == Command::kDevices) {
-    return report->Devices(ReadDeviceProfiles(), profile);
+    return report->Devices(ReadDeviceProfiles(), UseDeviceProfile(options.device));
   }
-  const std::string root = UseRoot(options.root);
-  UseUiLanguage(options.ui_language);
-  const std::string plugin = options.plugin.empty() ? OwnPlugin() : options.plugin;
-  const Sources sources = {plugin, root, profile, FindRegistry(options.registry)};
+  const Sources sources = SetUpHost(options);
   switch (options.command) {
     case Command::kCheck:
-      return Check(plugin, profile, *report);
+      return Check(sources.plugin, sources.profile, *report);
     case Command::kInfo:
-      return report->Info(sources, ReadProviderInfo(plugin));
+      return report->Info(sources, ReadProviderInfo(sources.plugin));
     default:
-      return RunOnPage(options, plugin, *report);
+      return RunOnPage(options, sources.plugin, *report);
   }
 }
 

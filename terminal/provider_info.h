@@ -1,16 +1,9 @@
-// What answers on the page, and where it takes its answers from.
+// What answers on the page.
 #ifndef TERMINAL_PROVIDER_INFO_H
 #define TERMINAL_PROVIDER_INFO_H
 
 #include <cstddef>
 #include <string>
-
-struct Sources {  // paths
-  std::string plugin;
-  std::string root;
-  std::string profile;
-  std::string registry;
-};
 
 struct ProviderInfo {
   std::string owner;

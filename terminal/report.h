@@ -8,6 +8,7 @@
 
 #include "KeyboardPage.h"
 #include "finding.h"
+#include "host_options.h"
 #include "platform_setup.h"
 #include "provider_info.h"
 
