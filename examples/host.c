@@ -2,9 +2,9 @@
  * A whole settings application: stores a language if it is given one, and shows the keyboard page.
  *
  *   cc -std=c11 -o host host.c $(pkg-config --cflags --libs morvith-dataprovider)
- *   ./host "$(pkg-config --variable=plugin morvith-dataprovider)" [LANGUAGE]
- *
- * Over the stand-ins, DEVINFO_PROFILE names a device profile, and KVREG_FILE the registry's file.
+ *   DEVINFO_PROFILE=/usr/share/morvith-platform-stand-ins/devices/global.ini KVREG_FILE=host.db \
+ *     LC_ALL=C.UTF-8 LANGUAGE=ko ./host "$(pkg-config --variable=plugin morvith-dataprovider)"
+ * ko_KR
  */
 #include <data_provider.h>
 #include <dlfcn.h>

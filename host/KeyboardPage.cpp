@@ -18,6 +18,8 @@ std::string UserText(SettingId id, const std::string& display_value) {
 
 }  // namespace
 
+std::string TypeOf(const std::string& value) { return value.substr(value.find('.') + 1); }
+
 PageHead KeyboardPage::ReadHead() const {
   return {m_provider.DisplayName(DATA_PROVIDER_PAGE).value_or(""),
           m_provider.HelpText(DATA_PROVIDER_PAGE).value_or(""),

@@ -29,6 +29,10 @@ struct PageHead {
   std::string help_image;
 };
 
+// The value of a type is its language, a full stop and the id of the type: the id; any other value
+// as it is.
+std::string TypeOf(const std::string& value);
+
 class KeyboardPage {
  public:
   explicit KeyboardPage(const Provider& provider) : m_provider(provider) {}

@@ -15,12 +15,13 @@ void AddHostOptions(CLI::App& app, HostOptions& options) {
                    ? ""
                    : "'" + text + "' does not have the form ll_CC or ll, such as ko_KR or ko";
       },
-      "LOCALE");
+      "");
   const CLI::Validator given([](const std::string& text) { return text.empty() ? "is empty" : ""; },
                              "");
   app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
   app.add_option("--ui-language", options.ui_language, "language in which the page is shown")
       ->check(locale)
+      ->type_name("LOCALE")
       ->capture_default_str();
   app.add_option("--root", options.root,
                  "folder laid out like a device, from which the provider reads\n"

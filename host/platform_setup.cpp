@@ -51,8 +51,19 @@ bool Exists(const fs::path& file) {
   return fs::exists(file, error);
 }
 
-// Without HOME too: GLib asks the system's user database then.
-fs::path OwnStateFolder() { return fs::path(g_get_user_state_dir()) / "morvith-menu-host"; }
+// Without HOME too: GLib asks the system's user database then. An empty one it takes as it is.
+fs::path OwnStateFolder() {
+  const fs::path folder = g_get_user_state_dir();
+  if (folder.is_relative()) {
+    throw HostError("no folder for the registry: HOME is empty. Name a file for the registry.");
+  }
+  return folder / "morvith-menu-host";
+}
+
+std::string RegistryProblem(const char* action, const std::string& key, const char* reason) {
+  return std::string("cannot ") + action + " '" + key + "' in the registry '" + FindRegistry("") +
+         "': " + reason + ". 'reset' empties one that is whole; otherwise take the file away.";
+}
 
 }  // namespace
 
@@ -123,7 +134,7 @@ void UseRegistry(const std::string& file) {
   const std::string registry = FindRegistry(file);
   const fs::path folder = fs::path(registry).parent_path();
   std::error_code error;
-  if (folder == OwnStateFolder()) {
+  if (OptionOr(file, kRegistryVariable).empty()) {
     fs::create_directories(folder, error);
   }
   const std::string reason = error ? ": " + error.message() : "";
@@ -137,14 +148,14 @@ void UseRegistry(const std::string& file) {
 void CheckReadable(const std::string& key) {
   std::array<char, 256> reason;
   if (kvreg_try(key.c_str(), reason.data(), reason.size()) != 0) {
-    throw HostError("cannot read '" + key + "' in the registry '" + FindRegistry("") +
-                    "': " + reason.data());
+    throw HostError(RegistryProblem("read", key, reason.data()));
   }
 }
 
 void Forget(const std::string& key) {
-  if (kvreg_unset(key.c_str()) != 0) {
-    throw HostError("cannot take '" + key + "' out of the registry '" + FindRegistry("") + "'");
+  std::array<char, 256> reason;
+  if (kvreg_unset(key.c_str(), reason.data(), reason.size()) != 0) {
+    throw HostError(RegistryProblem("forget", key, reason.data()));
   }
 }
 

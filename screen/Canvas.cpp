@@ -23,7 +23,7 @@ constexpr char kTextClass[] = "text";      // of the page
 constexpr char kHelpTextClass[] = "help";  // of the help layout
 constexpr int kSizeOfTheLayout = -100;     // per cent
 
-const std::map<std::string, RemoteKey> kKeys = {
+const std::map<std::string, RemoteKey> kKeys = {  // as X11 names them
     {"Up", RemoteKey::kUp},         {"Down", RemoteKey::kDown},
     {"Return", RemoteKey::kReturn}, {"KP_Enter", RemoteKey::kReturn},
     {"Select", RemoteKey::kReturn}, {"Escape", RemoteKey::kBack},
@@ -149,32 +149,35 @@ void Canvas::ShowRow(const char* part, const Row& row, bool focused) {
   Switch(object, "focus", focused);
 }
 
-void Canvas::ShowHelp(const PageHead& head, const Setting& setting) {
-  const bool has_layout = head.help_image.ends_with(".edj");
-  if (m_help == nullptr) {
-    const std::string file = LocateFile(head.help_image);
-    Evas* evas = ecore_evas_get(m_window.get());
-    m_help = has_layout ? edje_object_add(evas) : evas_object_image_filled_add(evas);
-    bool loaded = false;
-    if (has_layout) {
-      loaded = edje_object_file_set(m_help, file.c_str(), "help") != EINA_FALSE;
-    } else {
-      evas_object_image_file_set(m_help, file.c_str(), nullptr);
-      loaded = evas_object_image_load_error_get(m_help) == EVAS_LOAD_ERROR_NONE;
-    }
-    if (!loaded) {
-      std::fprintf(stderr, "menu_screen: cannot show the help picture '%s'\n", file.c_str());
-    }
-    Switch(m_page, "help.trouble", !loaded);
-    edje_object_part_swallow(m_page, has_layout ? "help.layout" : "help.picture", m_help);
-  }
+void Canvas::LoadHelp(const std::string& image) {
+  const bool has_layout = image.ends_with(".edj");
+  const std::string file = LocateFile(image);
+  Evas* evas = ecore_evas_get(m_window.get());
+  m_help = has_layout ? edje_object_add(evas) : evas_object_image_filled_add(evas);
+  bool is_loaded = false;
   if (has_layout) {
+    is_loaded = edje_object_file_set(m_help, file.c_str(), "help") != EINA_FALSE;
+  } else {
+    evas_object_image_file_set(m_help, file.c_str(), nullptr);
+    is_loaded = evas_object_image_load_error_get(m_help) == EVAS_LOAD_ERROR_NONE;
+  }
+  if (!is_loaded) {
+    std::fprintf(stderr, "menu_screen: cannot show the help picture '%s'\n", file.c_str());
+  }
+  Switch(m_page, "help.trouble", !is_loaded);
+  edje_object_part_swallow(m_page, has_layout && is_loaded ? "help.layout" : "help.picture", m_help);
+  m_help_text = has_layout && is_loaded ? Place{m_help, "help"} : Place{m_page, "help.text"};
+}
+
+void Canvas::ShowHelp(const PageHead& head, const Setting& setting) {
+  if (m_help == nullptr) {
+    LoadHelp(head.help_image);
+  }
+  if (m_help_text.object == m_help) {
     edje_object_text_class_set(m_help, kHelpTextClass, m_font.c_str(), kSizeOfTheLayout);
     SetText(m_help, "title", setting.name);
-    SetText(m_help, "help", setting.help);
-  } else {
-    SetText(m_page, "help.text", setting.help);
   }
+  SetText(m_help_text.object, m_help_text.part, setting.help);
 }
 
 void Canvas::ShowList(const std::optional<OpenList>& list, const Setting& setting) {

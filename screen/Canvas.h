@@ -15,6 +15,12 @@
 
 enum class Target { kWindow, kBuffer };  // a buffer needs no display, and nothing moves in it
 
+// Where a text stands: a part of an object of the layout.
+struct Place {
+  Evas_Object* object;
+  const char* part;
+};
+
 class Canvas {
  public:
   // `layout` is the program's own .edj. Throws HostError if it cannot be used, or there is no display
@@ -41,6 +47,7 @@ class Canvas {
   // The object of the layout that has these parts, for the check and for tests.
   Evas_Object* page() const { return m_page; }
   Evas_Object* Nested(const std::string& part) const;
+  Place HelpText() const { return m_help_text; }
 
  private:
   struct EcoreEvasDeleter {
@@ -49,14 +56,15 @@ class Canvas {
 
   void Resize();
   void ShowRow(const char* part, const Row& row, bool focused);
+  void LoadHelp(const std::string& image);
   void ShowHelp(const PageHead& head, const Setting& setting);
   void ShowList(const std::optional<OpenList>& list, const Setting& setting);
   void Press(const std::string& key);
 
   std::unique_ptr<Ecore_Evas, EcoreEvasDeleter> m_window;
-  Evas_Object* m_page = nullptr;     // these are the canvas's own
-  Evas_Object* m_help = nullptr;     // the help layout or picture
-  std::string m_help_file;
+  Evas_Object* m_page = nullptr;  // these are the window's own
+  Evas_Object* m_help = nullptr;  // the help layout or picture
+  Place m_help_text = {};
   std::string m_font;
   std::vector<Evas_Object*> m_choices;
   std::function<void(RemoteKey)> m_on_key;

@@ -23,12 +23,10 @@ std::string Alternatives(const std::vector<std::string>& values) {
 }
 
 std::string NoChoice(SettingId id, const std::string& word, const std::vector<Choice>& choices) {
-  const std::string problem = Quoted(Printable(word)) + " is none of the choices";
   const std::vector<std::string> meant = Suggest(word, choices);
-  const std::string help = meant.empty()
-                               ? std::string(" that 'menu_host list ") + WordFor(id) + "' shows."
-                               : ". Did you mean " + Alternatives(meant) + "?";
-  return problem + help + "\nWith --force it is handed to the provider as it is.";
+  return Quoted(Printable(word)) + " is none of the choices. " +
+         (meant.empty() ? "" : "Did you mean " + Alternatives(meant) + "? ") + "'menu_host list " +
+         WordFor(id) + "' shows all.\nWith --force it is handed to the provider as it is.";
 }
 
 }  // namespace

@@ -7,8 +7,19 @@ namespace {
 constexpr int kNameColumn = 27;
 
 constexpr char kFooter[] =
-    "Exit status: 0 when it is done, 1 when it cannot be done or 'check' found something, 2 when\n"
-    "the command line is not understood.";
+    "Examples:\n"
+    "  menu_host list language  the choices\n"
+    "  menu_host set language ko_KR\n"
+    "                           store one; the first type of that language is stored with it\n"
+    "  menu_host set type us_intl_ibm103i\n"
+    "                           store another type of the language that is stored\n"
+    "\n"
+    "Exit status:\n"
+    "  0                        it is done\n"
+    "  1                        it cannot be done, or 'check' found something\n"
+    "  2                        the command line is not understood";
+
+constexpr char kCommandFooter[] = "The options of 'menu_host --help' are good here too.";
 
 void AddSettingArgument(CLI::App& command, Options& options) {
   command
@@ -28,6 +39,7 @@ void AddSettingArgument(CLI::App& command, Options& options) {
 CLI::App* AddCommand(CLI::App& app, Options& options, Command command, const char* name,
                      const char* description) {
   CLI::App* added = app.add_subcommand(name, description);
+  added->footer(kCommandFooter);
   added->callback([&options, command] { options.command = command; });
   return added;
 }
@@ -79,7 +91,6 @@ bool ParseCommandLine(int argc, const char* const* argv, Options& options) {
     return false;
   } catch (const CLI::ParseError& error) {
     throw UsageError(std::string(error.what()) +
-                     "\nThe commands are list, get, set, reset, info, devices and check; "
-                     "menu_host --help has more.");
+                     "\n'menu_host --help' has the commands and their options.");
   }
 }

@@ -18,7 +18,7 @@ std::size_t CountTypes(const KeyboardPage& page) {
   for (const Choice& language : Choices(page, SettingId::kLanguage)) {
     page.Store(SettingId::kLanguage, language.value);
     for (const Choice& type : Choices(page, SettingId::kType)) {
-      ids.insert(type.value.substr(type.value.find('.') + 1));
+      ids.insert(TypeOf(type.value));
     }
   }
   return ids.size();

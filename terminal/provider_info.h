@@ -14,8 +14,8 @@ struct ProviderInfo {
   std::size_t types;  // of all languages together, each once
 };
 
-// Stores each language in a temporary registry, which stays in use: types are listed for a stored
-// language.
+// Stores each language in a registry of its own, as types are listed for a stored language, and
+// leaves none in use.
 ProviderInfo ReadProviderInfo(const std::string& plugin);
 
 #endif

@@ -15,15 +15,16 @@ constexpr std::size_t kMost = 6;
 constexpr std::size_t kFarthest = 2;
 
 std::string Folded(const std::string& text) {
-  g_autofree gchar* folded = g_utf8_casefold(text.c_str(), -1);
+  g_autofree gchar* folded = g_utf8_casefold(Printable(text).c_str(), -1);
   return folded;
 }
 
-// How many bytes have to be put in, taken out or replaced (Levenshtein).
-std::size_t Distance(const std::string& from, const std::string& to) {
+// How many bytes have to be put in, taken out or replaced (Levenshtein), whatever their case.
+std::size_t Distance(const std::string& one, const std::string& other) {
+  const std::string to = Folded(other);
   std::vector<std::size_t> row(to.size() + 1);
   std::iota(row.begin(), row.end(), 0);
-  for (const char letter : from) {
+  for (const char letter : Folded(one)) {
     std::size_t diagonal = row[0]++;
     for (std::size_t j = 0; j < to.size(); ++j) {
       const std::size_t replaced = diagonal + (letter == to[j] ? 0 : 1);
@@ -56,10 +57,9 @@ std::vector<std::string> Suggest(const std::string& word, const std::vector<Choi
   if (!matching.empty()) {
     return matching;
   }
-  const std::string folded = Folded(wanted);
   const auto distance = [&](const Choice& choice) {
-    return std::min(Distance(folded, Folded(Printable(choice.value))),
-                    Distance(folded, Folded(Printable(choice.text))));
+    return std::min({Distance(wanted, choice.value), Distance(wanted, TypeOf(choice.value)),
+                     Distance(wanted, choice.text)});
   };
   std::size_t closest = kFarthest;
   for (const Choice& choice : choices) {

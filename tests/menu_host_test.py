@@ -35,13 +35,13 @@ DIALOGUE = (
     ("--ui-language ko", 0, ["키보드 언어  한국어                       ko_KR\n"]),
     ("--ui-language hi_IN", 0, ["कीबोर्ड की भाषा   कोरियाई                      ko_KR\n"]),
     ("info --registry /dev/null/x", 0,
-     ["registry        /dev/null/x\n", "languages       61\n", "owner           rask.ovnel", "TP_OnScreenUI", "TP_IME",
-                 f"help picture    /{RESOURCES}/{EDJE}\n"]),
+     ["registry        /dev/null/x\n", "languages       61\n", "owner           rask.ovnel",
+      "TP_OnScreenUI", "TP_IME", f"help picture    /{RESOURCES}/{EDJE}\n"]),
     ("info --json", 0, [f'"help_image": "/{RESOURCES}/{EDJE}"']),
-    ("set language xx_XX", 1, ["none of the choices that 'menu_host list language'", "--force"]),
+    ("set language xx_XX", 1, ["none of the choices. 'menu_host list language'", "--force"]),
     ("set language ko-KR", 1, ["none of the choices. Did you mean ko_KR?"]),
     ("set language English", 1, ["Did you mean en_US or en_GB?"]),
-    ("set language kr_KR", 1, ["Did you mean ko_KR?"]),
+    ("set type kr_ibm16", 1, ["Did you mean ko_KR.kr_ibm106?"]),
     ("set language xx_XX --force", 0, ["stored is 'en_US'", "en_US.us_ibm104"]),
     ("--log info set type '\x1b[31m\x9b\nvalue\udcff' --force", 0,
      ["set keyboard_language = ?[31m??value?", "(none of the choices)  \ufffd[31m\ufffd\ufffdvalue"]),
@@ -50,7 +50,8 @@ DIALOGUE = (
     ("get language", 1, ["nothing is stored"]),
     ("list", 2, ["language|type is required"]),
     ("devices --device europe", 0, ["* europe     /", "  global     /"]),
-    (f"--registry {BAD_PROVIDER}", 1, [f"in the registry '{BAD_PROVIDER}': file is not a database"]),
+    (f"--registry {BAD_PROVIDER}", 1, [f"registry '{BAD_PROVIDER}': file is not a database"]),
+    (f"--registry {BAD_PROVIDER} reset", 1, ["cannot forget ", "file is not a database"]),
     ("--ui-language eo_EO", 1, ["no catalogue for the language 'eo_EO'", ", zh_TW, zu."]),
     ("--device moon", 1, ["no device profile 'moon'", "europe, global, prototype"]),
     ("--device /etc/passwd", 1, ["'/etc/passwd' is no key file: Key file contains line"]),
@@ -114,8 +115,8 @@ class MenuHostTest(unittest.TestCase):
         self.environment = {**os.environ, "TMPDIR": folder.name}
 
     def host(self, *arguments, status=0, **options):
-        done = subprocess.run([*self.command, *arguments], capture_output="stdout" not in options, text=True, timeout=60,
-                              check=False, env=self.environment, **options)
+        done = subprocess.run([*self.command, *arguments], capture_output="stdout" not in options,
+                              text=True, timeout=60, check=False, env=self.environment, **options)
         self.assertEqual(done.returncode, status, done)
         return done
 

@@ -41,23 +41,24 @@ void LogFailure(const char* action, const char* key, const char* reason) {
 // What the last failed call on `database` says of itself.
 const char* Reason(const Database& database) { return sqlite3_errmsg(database.get()); }
 
-// The registry's file, or null with the failure logged when the call cannot be served at all.
-const char* FileFor(const char* action, const char* key, bool complete) {
+// Null when KVREG_FILE names no file.
+const char* RegistryFile() {
   const char* file = std::getenv("KVREG_FILE");
-  if (file == nullptr || *file == '\0' || *file == ':') {  // SQLite keeps ":memory:" to itself
-    LogFailure(action, key, "KVREG_FILE is not set to a file");
-    return nullptr;
-  }
-  if (!complete) {
-    LogFailure(action, key, "a null key or value");
-    return nullptr;
-  }
-  return file;
+  const bool is_file = file != nullptr && *file != '\0' && *file != ':';  // ":memory:" is SQLite's
+  return is_file ? file : nullptr;
 }
 
-bool Open(const char* file, int flags, Database& database) {
+// Why a call cannot be served at all, or null.
+const char* Objection(bool complete) {
+  if (RegistryFile() == nullptr) {
+    return "KVREG_FILE is not set to a file";
+  }
+  return complete ? nullptr : "a null key or value";
+}
+
+bool Open(int flags, Database& database) {
   sqlite3* opened = nullptr;
-  const int result = sqlite3_open_v2(file, &opened, flags, nullptr);
+  const int result = sqlite3_open_v2(RegistryFile(), &opened, flags, nullptr);
   database.reset(opened);
   return result == SQLITE_OK && sqlite3_busy_timeout(opened, kBusyTimeoutMs) == SQLITE_OK;
 }
@@ -99,13 +100,16 @@ bool NeverWritten(const char* file) {
 // Null where `key` has no value, and where it could not be read: `fail` was told why then, and
 // returned that null.
 template <typename Fail>
-char* Read(const char* file, const char* key, const Fail& fail) {
-  if (NeverWritten(file)) {
+char* Read(const char* key, const Fail& fail) {
+  if (const char* objection = Objection(key != nullptr)) {
+    return fail(objection);
+  }
+  if (NeverWritten(RegistryFile())) {
     return nullptr;
   }
   // Not read-only: what a killed writer left half done is rolled back by the next reader.
   Database database;
-  if (!Open(file, SQLITE_OPEN_READWRITE, database)) {
+  if (!Open(SQLITE_OPEN_READWRITE, database)) {
     return fail(Reason(database));
   }
   const Statement select = Prepare(database, kSelect);
@@ -130,23 +134,19 @@ char* Read(const char* file, const char* key, const Fail& fail) {
 }  // namespace
 
 char* kvreg_get_str(const char* key) {
-  const char* file = FileFor("read", key, key != nullptr);
-  if (file == nullptr) {
-    return nullptr;
-  }
-  return Read(file, key, [key](const char* reason) -> char* {
+  return Read(key, [key](const char* reason) -> char* {
     LogFailure("read", key, reason);
     return nullptr;
   });
 }
 
 int kvreg_set_str(const char* key, const char* value) {
-  const char* file = FileFor("write", key, key != nullptr && value != nullptr);
-  if (file == nullptr) {
+  if (const char* objection = Objection(key != nullptr && value != nullptr)) {
+    LogFailure("write", key, objection);
     return -1;
   }
   Database database;
-  if (!Open(file, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, database) ||
+  if (!Open(SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, database) ||
       !Change(database, kUpsert, {key, value})) {
     LogFailure("write", key, Reason(database));
     return -1;
@@ -155,13 +155,8 @@ int kvreg_set_str(const char* key, const char* value) {
 }
 
 int kvreg_try(const char* key, char* reason, size_t size) {
-  const char* file = FileFor("try", key, key != nullptr);
-  if (file == nullptr) {
-    std::snprintf(reason, size, "there is no file or no key to read");
-    return -1;
-  }
   int result = 0;
-  std::free(Read(file, key, [&](const char* why) -> char* {
+  std::free(Read(key, [&](const char* why) -> char* {
     std::snprintf(reason, size, "%s", why);
     result = -1;
     return nullptr;
@@ -169,16 +164,16 @@ int kvreg_try(const char* key, char* reason, size_t size) {
   return result;
 }
 
-int kvreg_unset(const char* key) {
-  const char* file = FileFor("unset", key, key != nullptr);
-  if (file == nullptr) {
+int kvreg_unset(const char* key, char* reason, size_t size) {
+  if (const char* objection = Objection(key != nullptr)) {
+    std::snprintf(reason, size, "%s", objection);
     return -1;
   }
   Database database;
-  if (NeverWritten(file) ||
-      (Open(file, SQLITE_OPEN_READWRITE, database) && Change(database, kDelete, {key}))) {
+  if (NeverWritten(RegistryFile()) ||
+      (Open(SQLITE_OPEN_READWRITE, database) && Change(database, kDelete, {key}))) {
     return 0;
   }
-  LogFailure("unset", key, Reason(database));
+  std::snprintf(reason, size, "%s", Reason(database));
   return -1;
 }

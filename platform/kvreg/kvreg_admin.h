@@ -18,10 +18,10 @@ extern "C" {
 __attribute__((visibility("default"))) int kvreg_try(const char* key, char* reason, size_t size);
 
 /*
- * Takes the value of `key` away. Returns 0, also when there was none; a negative value, with the
- * failure logged, if it could not be taken away.
+ * Takes the value of `key` away. Returns 0, also when there was none; otherwise a negative value,
+ * with the reason as above.
  */
-__attribute__((visibility("default"))) int kvreg_unset(const char* key);
+__attribute__((visibility("default"))) int kvreg_unset(const char* key, char* reason, size_t size);
 
 #ifdef __cplusplus
 }

@@ -1,0 +1,168 @@
+#include "text_check.h"
+
+#include <memory>
+#include <set>
+#include <string>
+#include <utility>
+
+#include <fontconfig/fontconfig.h>
+#include <glib.h>
+
+#include "ui_language.h"
+
+namespace {
+
+struct FontSetDeleter {
+  void operator()(FcFontSet* fonts) const { FcFontSetDestroy(fonts); }
+  void operator()(FcCharSet* letters) const { FcCharSetDestroy(letters); }
+  void operator()(FcPattern* pattern) const { FcPatternDestroy(pattern); }
+};
+
+// The letters that some font has which the page may be drawn with.
+using Letters = std::unique_ptr<FcCharSet, FontSetDeleter>;
+
+Letters InstalledLetters() {
+  const std::unique_ptr<FcPattern, FontSetDeleter> pattern(
+      FcNameParse(reinterpret_cast<const FcChar8*>("Sans")));
+  FcConfigSubstitute(nullptr, pattern.get(), FcMatchPattern);
+  FcDefaultSubstitute(pattern.get());
+  FcCharSet* letters = nullptr;
+  FcResult result = FcResultMatch;
+  FcFontSetDestroy(FcFontSort(nullptr, pattern.get(), FcTrue, &letters, &result));
+  return Letters(letters);
+}
+
+class TextCheck {
+ public:
+  TextCheck(const KeyboardPage& page, Canvas& canvas)
+      : m_page(page), m_canvas(canvas), m_letters(InstalledLetters()) {}
+
+  std::vector<Finding> Run() {
+    const std::vector<Choice> languages = Choices(SettingId::kLanguage);
+    for (const Choice& language : languages) {
+      m_page.Store(SettingId::kLanguage, language.value);
+      for (const Choice& type : Choices(SettingId::kType)) {
+        m_types.insert(type.text);
+      }
+    }
+    for (const Choice& language : languages) {
+      CheckInterface(language.value);
+    }
+    return std::move(m_findings);
+  }
+
+ private:
+  void CheckInterface(const std::string& language) {
+    m_where = "interface " + language;
+    UseUiLanguage(language);
+    m_canvas.SetLanguage(language);
+    m_canvas.Show(PageState(m_page));
+    const Place title = {m_canvas.page(), "title"};
+    const Place name = {m_canvas.Nested("language"), "name"};
+    const Place value = {m_canvas.Nested("language"), "value"};
+    const Place list_title = {m_canvas.page(), "list.title"};
+    const Place choice = {m_canvas.Nested("choice.0"), "text"};
+    CheckText(m_page.ReadHead().title, {title});
+    for (const SettingId id : {SettingId::kLanguage, SettingId::kType}) {
+      const Setting setting = m_page.ReadSetting(id);
+      CheckText(setting.name, {name, list_title});
+      CheckHelp(setting);
+    }
+    for (const Choice& each : Choices(SettingId::kLanguage)) {
+      CheckText(each.text, {value, choice});
+    }
+    for (const std::string& type : m_types) {
+      CheckText(type, {value, choice});
+    }
+  }
+
+  // A text that is the same in another language is reported once.
+  void Add(const std::string& text, const std::string& problem, const std::string& remedy) {
+    if (m_reported.insert(text + problem).second) {
+      m_findings.push_back({m_where, "text " + Quoted(text), problem, remedy});
+    }
+  }
+
+  void CheckText(const std::string& text, const std::vector<Place>& places) {
+    CheckLetters(text);
+    for (const Place& place : places) {
+      const int room = RoomOf(place);
+      const int width = WidthAt(place, text);
+      if (width > room) {
+        Add(text,
+            "is " + std::to_string(width) + " px wide as '" + place.part + "', where " +
+                std::to_string(room) + " fit",
+            "shorten it");
+      }
+    }
+  }
+
+  void CheckLetters(const std::string& text) {
+    std::string missing;
+    for (const char* at = text.c_str(); *at != '\0'; at = g_utf8_next_char(at)) {
+      const gunichar letter = g_utf8_get_char(at);
+      if (g_unichar_isgraph(letter) != FALSE && FcCharSetHasChar(m_letters.get(), letter) == FcFalse) {
+        missing += std::string(missing.empty() ? "" : " ") + std::string(at, g_utf8_next_char(at));
+      }
+    }
+    if (!missing.empty()) {
+      Add(text, "has letters that no installed font has: " + missing, "install a font that has them");
+    }
+  }
+
+  void CheckHelp(const Setting& setting) {
+    CheckLetters(setting.help);
+    const Place place = m_canvas.HelpText();
+    edje_object_part_text_set(place.object, place.part, setting.help.c_str());
+    int room = 0;
+    int height = 0;
+    edje_object_part_geometry_get(place.object, place.part, nullptr, nullptr, nullptr, &room);
+    evas_object_textblock_size_formatted_get(edje_object_part_object_get(place.object, place.part),
+                                             nullptr, &height);
+    if (height > room) {
+      Add(setting.help, "is " + std::to_string(height) + " px high, where " + std::to_string(room) +
+                            " fit", "shorten it");
+    }
+  }
+
+  // A text that is too wide for any place takes all the room.
+  static int RoomOf(const Place& place) {
+    edje_object_part_text_set(place.object, place.part, std::string(500, 'W').c_str());
+    int room = 0;
+    edje_object_part_geometry_get(place.object, place.part, nullptr, nullptr, &room, nullptr);
+    return room;
+  }
+
+  static int WidthAt(const Place& place, const std::string& text) {
+    const Evas_Object* part = edje_object_part_object_get(place.object, place.part);
+    const char* font = nullptr;
+    Evas_Font_Size size = 0;
+    evas_object_text_font_get(part, &font, &size);
+    Evas_Object* measured = evas_object_text_add(evas_object_evas_get(place.object));
+    evas_object_scale_set(measured, evas_object_scale_get(part));
+    evas_object_text_font_set(measured, font, size);
+    evas_object_text_text_set(measured, text.c_str());
+    int width = 0;
+    evas_object_geometry_get(measured, nullptr, nullptr, &width, nullptr);
+    evas_object_del(measured);
+    return width;
+  }
+
+  std::vector<Choice> Choices(SettingId id) const {
+    return m_page.ReadChoices(id).value_or(std::vector<Choice>());
+  }
+
+  const KeyboardPage& m_page;
+  Canvas& m_canvas;
+  Letters m_letters;
+  std::string m_where;
+  std::set<std::string> m_types;
+  std::set<std::string> m_reported;
+  std::vector<Finding> m_findings;
+};
+
+}  // namespace
+
+std::vector<Finding> CheckTexts(const KeyboardPage& page, Canvas& canvas) {
+  return TextCheck(page, canvas).Run();
+}
