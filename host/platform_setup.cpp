@@ -1,7 +1,6 @@
 #include "platform_setup.h"
 
 #include <algorithm>
-#include <array>
 #include <climits>
 #include <cstdlib>
 #include <filesystem>
@@ -13,7 +12,6 @@
 #include "error.h"
 #include "join.h"
 #include "key_file.h"
-#include "kvreg_admin.h"
 #include "rootfs.h"
 
 namespace fs = std::filesystem;
@@ -58,11 +56,6 @@ fs::path OwnStateFolder() {
     throw HostError("no folder for the registry: HOME is empty. Name a file for the registry.");
   }
   return folder / "morvith-menu-host";
-}
-
-std::string RegistryProblem(const char* action, const std::string& key, const char* reason) {
-  return std::string("cannot ") + action + " '" + key + "' in the registry '" + FindRegistry("") +
-         "': " + reason + ". 'reset' empties one that is whole; otherwise take the file away.";
 }
 
 }  // namespace
@@ -145,20 +138,6 @@ void UseRegistry(const std::string& file) {
                     ". Make it first, or name another file for the registry.");
   }
   SetEnvironment(kRegistryVariable, registry);
-}
-
-void CheckReadable(const std::string& key) {
-  std::array<char, 256> reason;
-  if (kvreg_try(key.c_str(), reason.data(), reason.size()) != 0) {
-    throw HostError(RegistryProblem("read", key, reason.data()));
-  }
-}
-
-void Forget(const std::string& key) {
-  std::array<char, 256> reason;
-  if (kvreg_unset(key.c_str(), reason.data(), reason.size()) != 0) {
-    throw HostError(RegistryProblem("forget", key, reason.data()));
-  }
 }
 
 TemporaryFolder::TemporaryFolder() {

@@ -43,12 +43,6 @@ std::string FindRegistry(const std::string& file);
 // made here. Throws HostError if there is no folder to make it in.
 void UseRegistry(const std::string& file);
 
-// Throws HostError, with the reason, if what the registry keeps under `key` cannot be read.
-void CheckReadable(const std::string& key);
-
-// Takes what the registry keeps under `key` away. Throws HostError if it cannot.
-void Forget(const std::string& key);
-
 class TemporaryFolder {
  public:
   TemporaryFolder();  // throws HostError if there is no place for it

@@ -18,6 +18,7 @@
 #include "platform_setup.h"
 #include "profile_check.h"
 #include "provider_info.h"
+#include "registry_admin.h"
 #include "report.h"
 #include "ui_language.h"
 
