@@ -32,8 +32,9 @@ const std::map<std::string, RemoteKey> kKeys = {  // as X11 names them
 // As fontconfig names the language of fonts: "zh-tw" where the country decides, otherwise "ko".
 std::string FontLanguage(const std::string& locale) {
   std::string language = locale;
-  std::ranges::transform(language, language.begin(),
-                         [](unsigned char letter) { return letter == '_' ? '-' : std::tolower(letter); });
+  std::ranges::transform(language, language.begin(), [](unsigned char letter) {
+    return letter == '_' ? '-' : std::tolower(letter);
+  });
   const auto* name = reinterpret_cast<const FcChar8*>(language.c_str());
   return FcLangGetCharSet(name) != nullptr ? language : locale.substr(0, locale.find('_'));
 }
@@ -73,7 +74,7 @@ Canvas::Canvas(Target target, const std::string& layout) {
   if (m_window == nullptr) {
     throw HostError("there is no display to open a window on; --picture FILE.png needs none");
   }
-  edje_transition_duration_factor_set(is_window ? 1.0 : 0.0);
+  m_slides = is_window;
   m_page = edje_object_add(ecore_evas_get(m_window.get()));
   if (edje_object_file_set(m_page, layout.c_str(), "page") == EINA_FALSE) {
     throw HostError("cannot use the layout '" + layout +
@@ -136,7 +137,7 @@ void Canvas::Show(const PageState& state) {
   const Setting& focused = state.row(state.focused()).setting;
   ShowHelp(state.head(), focused);
   ShowList(state.list(), focused);
-  edje_object_message_signal_process(m_page);
+  edje_message_signal_process();
 }
 
 void Canvas::ShowRow(const char* part, const Row& row, bool focused) {
@@ -165,7 +166,8 @@ void Canvas::LoadHelp(const std::string& image) {
     std::fprintf(stderr, "menu_screen: cannot show the help picture '%s'\n", file.c_str());
   }
   Switch(m_page, "help.trouble", !is_loaded);
-  edje_object_part_swallow(m_page, has_layout && is_loaded ? "help.layout" : "help.picture", m_help);
+  edje_object_part_swallow(m_page, has_layout && is_loaded ? "help.layout" : "help.picture",
+                           m_help);
   m_help_text = has_layout && is_loaded ? Place{m_help, "help"} : Place{m_page, "help.text"};
 }
 
@@ -175,13 +177,15 @@ void Canvas::ShowHelp(const PageHead& head, const Setting& setting) {
   }
   if (m_help_text.object == m_help) {
     edje_object_text_class_set(m_help, kHelpTextClass, m_font.c_str(), kSizeOfTheLayout);
+    edje_object_signal_emit(m_help, "language", "");
     SetText(m_help, "title", setting.name);
   }
   SetText(m_help_text.object, m_help_text.part, setting.help);
 }
 
 void Canvas::ShowList(const std::optional<OpenList>& list, const Setting& setting) {
-  Switch(m_page, "list", list.has_value());
+  const std::string moves = m_slides ? "slide," : "";
+  edje_object_signal_emit(m_page, "list", (moves + (list ? "on" : "off")).c_str());
   if (!list) {
     return;
   }

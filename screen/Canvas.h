@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include <Ecore.h>
 #include <Ecore_Evas.h>
 #include <Edje.h>
 
@@ -23,15 +24,15 @@ struct Place {
 
 class Canvas {
  public:
-  // `layout` is the program's own .edj. Throws HostError if it cannot be used, or there is no display
-  // for a window.
+  // `layout` is the program's own .edj. Throws HostError if it cannot be used, or there is no
+  // display for a window.
   Canvas(Target target, const std::string& layout);
   ~Canvas();
   Canvas(const Canvas&) = delete;
   Canvas& operator=(const Canvas&) = delete;
 
-  // In which language the texts of the page are from now on, of the form "ko_KR" or "ko": it decides
-  // on the form of the letters.
+  // In which language the texts of the page are from now on, of the form "ko_KR" or "ko": it
+  // decides on the form of the letters.
   void SetLanguage(const std::string& locale);
 
   // From which side it is read is seen from its title.
@@ -65,6 +66,7 @@ class Canvas {
   Evas_Object* m_page = nullptr;  // these are the window's own
   Evas_Object* m_help = nullptr;  // the help layout or picture
   Place m_help_text = {};
+  bool m_slides = false;
   std::string m_font;
   std::vector<Evas_Object*> m_choices;
   std::function<void(RemoteKey)> m_on_key;

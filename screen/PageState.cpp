@@ -6,12 +6,12 @@
 #include <utility>
 
 #include "error.h"
-#include "platform_setup.h"
+#include "registry_admin.h"
 
 namespace {
 
 Row ReadRow(const KeyboardPage& page, SettingId id) {
-  Row row = {page.ReadSetting(id)};
+  Row row = {page.ReadSetting(id), false};
   try {
     CheckReadable(row.setting.key);
   } catch (const HostError& error) {
@@ -67,7 +67,8 @@ void PageState::PressOnList(RemoteKey key) {
 }
 
 void PageState::Open() {
-  OpenList list = {m_page.ReadChoices(m_focused).value_or(std::vector<Choice>())};
+  OpenList list;
+  list.choices = m_page.ReadChoices(m_focused).value_or(std::vector<Choice>());
   const auto current =
       std::ranges::find(list.choices, row(m_focused).setting.value, &Choice::value);
   if (current != list.choices.end()) {

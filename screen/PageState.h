@@ -1,4 +1,5 @@
-// What the page on the screen shows, and what the keys of a remote control make of it. Draws nothing.
+// What the page on the screen shows, and what the keys of a remote control make of it. Draws
+// nothing.
 #ifndef SCREEN_PAGE_STATE_H
 #define SCREEN_PAGE_STATE_H
 

@@ -33,9 +33,11 @@ struct Options : HostOptions {
 
 // Returns whether there is anything left to do. Throws UsageError for what cannot be understood.
 bool ParseCommandLine(int argc, const char* const* argv, Options& options) {
-  CLI::App app("Shows the keyboard settings page as on a television. Keys: Up, Down, Return, Escape.",
-               "menu_screen");
-  app.set_version_flag("--version", "menu_screen " MENU_SCREEN_VERSION, "Print the version and exit");
+  CLI::App app(
+      "Shows the keyboard settings page as on a television. Keys: Up, Down, Return, Escape.",
+      "menu_screen");
+  app.set_version_flag("--version", "menu_screen " MENU_SCREEN_VERSION,
+                       "Print the version and exit");
   app.get_formatter()->column_width(kNameColumn);
   app.fallthrough();
   AddHostOptions(app, options);

@@ -1,5 +1,6 @@
 #include "text_check.h"
 
+#include <cstddef>
 #include <memory>
 #include <set>
 #include <string>
@@ -101,12 +102,14 @@ class TextCheck {
     std::string missing;
     for (const char* at = text.c_str(); *at != '\0'; at = g_utf8_next_char(at)) {
       const gunichar letter = g_utf8_get_char(at);
-      if (g_unichar_isgraph(letter) != FALSE && FcCharSetHasChar(m_letters.get(), letter) == FcFalse) {
-        missing += std::string(missing.empty() ? "" : " ") + std::string(at, g_utf8_next_char(at));
+      if (g_unichar_isgraph(letter) != FALSE &&
+          FcCharSetHasChar(m_letters.get(), letter) == FcFalse) {
+        missing.append(missing.empty() ? "" : " ");
+        missing.append(at, static_cast<std::size_t>(g_utf8_next_char(at) - at));
       }
     }
     if (!missing.empty()) {
-      Add(text, "has letters that no installed font has: " + missing, "install a font that has them");
+      Add(text, "has letters that no installed font has: " + missing, "install a font for them");
     }
   }
 
@@ -120,14 +123,16 @@ class TextCheck {
     evas_object_textblock_size_formatted_get(edje_object_part_object_get(place.object, place.part),
                                              nullptr, &height);
     if (height > room) {
-      Add(setting.help, "is " + std::to_string(height) + " px high, where " + std::to_string(room) +
-                            " fit", "shorten it");
+      Add(setting.help,
+          "is " + std::to_string(height) + " px high, where " + std::to_string(room) + " fit",
+          "shorten it");
     }
   }
 
   // A text that is too wide for any place takes all the room.
   static int RoomOf(const Place& place) {
     edje_object_part_text_set(place.object, place.part, std::string(500, 'W').c_str());
+    edje_object_calc_force(place.object);
     int room = 0;
     edje_object_part_geometry_get(place.object, place.part, nullptr, nullptr, &room, nullptr);
     return room;
