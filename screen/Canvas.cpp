@@ -130,8 +130,7 @@ void Canvas::SetLanguage(const std::string& locale) {
 void Canvas::Show(const PageState& state) {
   SetText(m_page, "title", state.head().title);
   const auto* title = edje_object_part_object_get(m_page, "title");
-  edje_object_mirrored_set(m_page,
-                           evas_object_text_direction_get(title) == EVAS_BIDI_DIRECTION_RTL);
+  Mirror(evas_object_text_direction_get(title) == EVAS_BIDI_DIRECTION_RTL);
   ShowRow("language", state.row(SettingId::kLanguage), state.focused() == SettingId::kLanguage);
   ShowRow("type", state.row(SettingId::kType), state.focused() == SettingId::kType);
   const Setting& focused = state.row(state.focused()).setting;
@@ -140,12 +139,22 @@ void Canvas::Show(const PageState& state) {
   edje_message_signal_process();
 }
 
+void Canvas::Mirror(bool is_mirrored) {
+  edje_object_mirrored_set(m_page, is_mirrored ? EINA_TRUE : EINA_FALSE);
+  std::vector<Evas_Object*> objects = {m_page, Nested("language"), Nested("type")};
+  objects.insert(objects.end(), m_choices.begin(), m_choices.end());
+  for (Evas_Object* object : objects) {
+    Switch(object, "mirrored", is_mirrored);
+  }
+}
+
 void Canvas::ShowRow(const char* part, const Row& row, bool focused) {
   Evas_Object* object = Nested(part);
   const Setting& setting = row.setting;
   SetText(object, "name", setting.name);
-  SetText(object, "value", setting.text.value_or(setting.value.value_or(kNothing)));
-  Switch(object, "odd", setting.value && !setting.text);
+  const bool is_odd = setting.value && !setting.text;
+  SetText(object, "value", is_odd ? "" : setting.text.value_or(kNothing));
+  SetText(object, "odd", is_odd ? *setting.value : "");
   Switch(object, "trouble", row.failed);
   Switch(object, "focus", focused);
 }

@@ -56,6 +56,7 @@ class Canvas {
   };
 
   void Resize();
+  void Mirror(bool is_mirrored);
   void ShowRow(const char* part, const Row& row, bool focused);
   void LoadHelp(const std::string& image);
   void ShowHelp(const PageHead& head, const Setting& setting);

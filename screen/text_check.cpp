@@ -129,10 +129,7 @@ class TextCheck {
     }
   }
 
-  // A text that is too wide for any place takes all the room.
   static int RoomOf(const Place& place) {
-    edje_object_part_text_set(place.object, place.part, std::string(500, 'W').c_str());
-    edje_object_calc_force(place.object);
     int room = 0;
     edje_object_part_geometry_get(place.object, place.part, nullptr, nullptr, &room, nullptr);
     return room;
