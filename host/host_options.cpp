@@ -30,7 +30,7 @@ void AddHostOptions(CLI::App& app, HostOptions& options) {
       ->type_name("DIR");
   app.add_option("--device", options.device,
                  "device profile, a name or a file (default: $DEVINFO_PROFILE,\n"
-                 "or global); 'devices' lists the names")
+                 "or global); 'menu_host devices' lists them")
       ->check(given)
       ->type_name("PROFILE");
   app.add_option("--registry", options.registry,

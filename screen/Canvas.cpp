@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <map>
-#include <utility>
 
 #include <Ecore.h>
 #include <Efreet.h>
@@ -222,11 +221,6 @@ void Canvas::Press(const std::string& key) {
   if (const auto found = kKeys.find(key); found != kKeys.end()) {
     m_on_key(found->second);
   }
-}
-
-void Canvas::Run(std::function<void(RemoteKey)> on_key) {
-  m_on_key = std::move(on_key);
-  ecore_main_loop_begin();
 }
 
 void Canvas::SavePicture(const std::string& file) {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <Ecore.h>
@@ -41,8 +42,10 @@ class Canvas {
   // Throws HostError if the file cannot be written. Of a buffer alone.
   void SavePicture(const std::string& file);
 
-  // Calls `on_key` for each key, until the window is closed or Leave() is called.
-  void Run(std::function<void(RemoteKey)> on_key);
+  void OnKey(std::function<void(RemoteKey)> on_key) { m_on_key = std::move(on_key); }
+
+  // Returns when the window is closed or Leave() was called.
+  static void Run() { ecore_main_loop_begin(); }
   static void Leave() { ecore_main_loop_quit(); }
 
   // The object of the layout that has these parts, for the check and for tests.

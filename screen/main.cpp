@@ -94,13 +94,14 @@ void Show(const Options& options, const Provider& provider, const std::string& l
   if (!options.picture.empty()) {
     return canvas.SavePicture(options.picture);
   }
-  canvas.Run([&](RemoteKey key) {
+  canvas.OnKey([&](RemoteKey key) {
     state.Press(key);
     canvas.Show(state);
     if (state.is_left()) {
       Canvas::Leave();
     }
   });
+  Canvas::Run();
 }
 
 int Fail(const std::exception& error, int status) {
