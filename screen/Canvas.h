@@ -15,6 +15,11 @@
 
 #include "PageState.h"
 
+struct EcoreEvasDeleter {
+  void operator()(Ecore_Evas* window) const { ecore_evas_free(window); }
+};
+using Window = std::unique_ptr<Ecore_Evas, EcoreEvasDeleter>;
+
 enum class Target { kWindow, kBuffer };  // a buffer needs no display, and nothing moves in it
 
 // Where a text stands: a part of an object of the layout.
@@ -54,10 +59,6 @@ class Canvas {
   Place HelpText() const { return m_help_text; }
 
  private:
-  struct EcoreEvasDeleter {
-    void operator()(Ecore_Evas* window) const { ecore_evas_free(window); }
-  };
-
   void Resize();
   void Mirror(bool is_mirrored);
   void ShowRow(const char* part, const Row& row, bool focused);
@@ -66,7 +67,7 @@ class Canvas {
   void ShowList(const std::optional<OpenList>& list, const Setting& setting);
   void Press(const std::string& key);
 
-  std::unique_ptr<Ecore_Evas, EcoreEvasDeleter> m_window;
+  Window m_window;
   Evas_Object* m_page = nullptr;  // these are the window's own
   Evas_Object* m_help = nullptr;  // the help layout or picture
   Place m_help_text = {};

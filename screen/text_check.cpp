@@ -77,9 +77,10 @@ class TextCheck {
     }
   }
 
-  // A text that is the same in another language is reported once.
-  void Add(const std::string& text, const std::string& problem, const std::string& remedy) {
-    if (m_reported.insert(text + problem).second) {
+  // What is wrong with a text in one language is not said again of the same text in another one.
+  void Add(const std::string& text, const char* kind, const std::string& problem,
+           const std::string& remedy) {
+    if (m_reported.insert(text + kind).second) {
       m_findings.push_back({m_where, "text " + Quoted(text), problem, remedy});
     }
   }
@@ -90,7 +91,7 @@ class TextCheck {
       const int room = RoomOf(place);
       const int width = WidthAt(place, text);
       if (width > room) {
-        Add(text,
+        Add(text, place.part,
             "is " + std::to_string(width) + " px wide as '" + place.part + "', where " +
                 std::to_string(room) + " fit",
             "shorten it");
@@ -109,7 +110,8 @@ class TextCheck {
       }
     }
     if (!missing.empty()) {
-      Add(text, "has letters that no installed font has: " + missing, "install a font for them");
+      Add(text, "letters", "has letters that no installed font has: " + missing,
+          "install a font for them");
     }
   }
 
@@ -123,7 +125,7 @@ class TextCheck {
     evas_object_textblock_size_formatted_get(edje_object_part_object_get(place.object, place.part),
                                              nullptr, &height);
     if (height > room) {
-      Add(setting.help,
+      Add(setting.help, place.part,
           "is " + std::to_string(height) + " px high, where " + std::to_string(room) + " fit",
           "shorten it");
     }
