@@ -8,9 +8,9 @@
 
 #include <Ecore.h>
 #include <Efreet.h>
-#include <fontconfig/fontconfig.h>
 
 #include "error.h"
+#include "fonts.h"
 #include "platform_setup.h"
 
 namespace {
@@ -27,16 +27,6 @@ const std::map<std::string, RemoteKey> kKeys = {  // as X11 names them
     {"Return", RemoteKey::kReturn}, {"KP_Enter", RemoteKey::kReturn},
     {"Select", RemoteKey::kReturn}, {"Escape", RemoteKey::kBack},
     {"XF86Back", RemoteKey::kBack}, {"BackSpace", RemoteKey::kBack}};
-
-// As fontconfig names the language of fonts: "zh-tw" where the country decides, otherwise "ko".
-std::string FontLanguage(const std::string& locale) {
-  std::string language = locale;
-  std::ranges::transform(language, language.begin(), [](unsigned char letter) {
-    return letter == '_' ? '-' : std::tolower(letter);
-  });
-  const auto* name = reinterpret_cast<const FcChar8*>(language.c_str());
-  return FcLangGetCharSet(name) != nullptr ? language : locale.substr(0, locale.find('_'));
-}
 
 void StartEfl() {
   // Neither the session's services nor the desktop's menus are any concern of a television's page.
@@ -130,7 +120,7 @@ Evas_Object* Canvas::Nested(const std::string& part) const {
 }
 
 void Canvas::SetLanguage(const std::string& locale) {
-  m_font = "Sans:lang=" + FontLanguage(locale);
+  m_font = FontFor(locale);
   edje_text_class_set(kTextClass, m_font.c_str(), kSizeOfTheLayout);
 }
 
@@ -155,7 +145,7 @@ void Canvas::Mirror(bool is_mirrored) {
   }
 }
 
-void Canvas::ShowRow(const char* part, const Row& row, bool focused) {
+void Canvas::ShowRow(const char* part, const Row& row, bool focused) const {
   Evas_Object* object = Nested(part);
   const Setting& setting = row.setting;
   SetText(object, "name", setting.name);

@@ -61,7 +61,7 @@ class Canvas {
  private:
   void Resize();
   void Mirror(bool is_mirrored);
-  void ShowRow(const char* part, const Row& row, bool focused);
+  void ShowRow(const char* part, const Row& row, bool focused) const;
   void LoadHelp(const std::string& image);
   void ShowHelp(const PageHead& head, const Setting& setting);
   void ShowList(const std::optional<OpenList>& list, const Setting& setting);

@@ -12,6 +12,7 @@ namespace {
 
 Row ReadRow(const KeyboardPage& page, SettingId id) {
   Row row = {page.ReadSetting(id), false};
+  row.failed = row.setting.value && page.ReadChoices(id).value_or(std::vector<Choice>()).empty();
   try {
     CheckReadable(row.setting.key);
   } catch (const HostError& error) {

@@ -13,7 +13,7 @@ enum class RemoteKey { kUp, kDown, kReturn, kBack, kToPage };  // the last from 
 
 struct Row {
   Setting setting;
-  bool failed = false;  // the registry could not be read, or did not take the choice
+  bool failed = false;  // there are no choices, or the registry cannot be read or did not take one
 };
 
 struct OpenList {

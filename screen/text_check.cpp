@@ -1,37 +1,16 @@
 #include "text_check.h"
 
 #include <cstddef>
-#include <memory>
 #include <set>
 #include <string>
 #include <utility>
 
-#include <fontconfig/fontconfig.h>
 #include <glib.h>
 
+#include "fonts.h"
 #include "ui_language.h"
 
 namespace {
-
-struct FontSetDeleter {
-  void operator()(FcFontSet* fonts) const { FcFontSetDestroy(fonts); }
-  void operator()(FcCharSet* letters) const { FcCharSetDestroy(letters); }
-  void operator()(FcPattern* pattern) const { FcPatternDestroy(pattern); }
-};
-
-// The letters that some font has which the page may be drawn with.
-using Letters = std::unique_ptr<FcCharSet, FontSetDeleter>;
-
-Letters InstalledLetters() {
-  const std::unique_ptr<FcPattern, FontSetDeleter> pattern(
-      FcNameParse(reinterpret_cast<const FcChar8*>("Sans")));
-  FcConfigSubstitute(nullptr, pattern.get(), FcMatchPattern);
-  FcDefaultSubstitute(pattern.get());
-  FcCharSet* letters = nullptr;
-  FcResult result = FcResultMatch;
-  FcFontSetDestroy(FcFontSort(nullptr, pattern.get(), FcTrue, &letters, &result));
-  return Letters(letters);
-}
 
 class TextCheck {
  public:
@@ -119,6 +98,7 @@ class TextCheck {
     CheckLetters(setting.help);
     const Place place = m_canvas.HelpText();
     edje_object_part_text_set(place.object, place.part, setting.help.c_str());
+    edje_object_calc_force(place.object);
     int room = 0;
     int height = 0;
     edje_object_part_geometry_get(place.object, place.part, nullptr, nullptr, nullptr, &room);
