@@ -1,9 +1,7 @@
 #include "Canvas.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdio>
-#include <cstdlib>
 #include <map>
 
 #include <Ecore.h>
@@ -224,16 +222,13 @@ void Canvas::Press(const std::string& key) {
 void Canvas::SavePicture(const std::string& file) {
   ecore_evas_manual_render(m_window.get());
   Evas_Object* picture = evas_object_image_filled_add(ecore_evas_get(m_window.get()));
-  int width = 0;
-  int height = 0;
-  ecore_evas_geometry_get(m_window.get(), nullptr, nullptr, &width, &height);
-  evas_object_image_size_set(picture, width, height);
+  evas_object_image_size_set(picture, kDesignWidth, kDesignHeight);
   evas_object_image_alpha_set(picture, EINA_FALSE);
   void* pixels = const_cast<void*>(ecore_evas_buffer_pixels_get(m_window.get()));
   evas_object_image_data_set(picture, pixels);
-  const bool saved = evas_object_image_save(picture, file.c_str(), nullptr, "compress=9") != 0;
+  const bool is_saved = evas_object_image_save(picture, file.c_str(), nullptr, "compress=9") != 0;
   evas_object_del(picture);
-  if (!saved) {
+  if (!is_saved) {
     throw HostError("cannot write the picture '" + file + "'");
   }
 }

@@ -36,34 +36,24 @@ void PageState::ReadRows() {
 void PageState::Press(RemoteKey key) { m_list ? PressOnList(key) : PressOnPage(key); }
 
 void PageState::PressOnPage(RemoteKey key) {
-  switch (key) {
-    case RemoteKey::kUp:
-      return Focus(SettingId::kLanguage);
-    case RemoteKey::kDown:
-      return Focus(SettingId::kType);
-    case RemoteKey::kReturn:
-      return Open();
-    case RemoteKey::kBack:
-      m_is_left = true;
-      return;
-    case RemoteKey::kToPage:
-      return;
+  if (key == RemoteKey::kReturn) {
+    Open();
+  } else if (key == RemoteKey::kUp || key == RemoteKey::kDown) {
+    Focus(key == RemoteKey::kUp ? SettingId::kLanguage : SettingId::kType);
   }
+  m_is_left = key == RemoteKey::kBack;
 }
 
 void PageState::PressOnList(RemoteKey key) {
-  switch (key) {
-    case RemoteKey::kUp:
-      m_list->focused -= m_list->focused > 0 ? 1 : 0;
-      return;
-    case RemoteKey::kDown:
-      m_list->focused += m_list->focused + 1 < m_list->choices.size() ? 1 : 0;
-      return;
-    case RemoteKey::kReturn:
-      return StoreFocused();
-    case RemoteKey::kBack:
-    case RemoteKey::kToPage:
-      m_list.reset();
+  const std::size_t last = m_list->choices.empty() ? 0 : m_list->choices.size() - 1;
+  if (key == RemoteKey::kUp) {
+    m_list->focused -= m_list->focused > 0 ? 1 : 0;
+  } else if (key == RemoteKey::kDown) {
+    m_list->focused += m_list->focused < last ? 1 : 0;
+  } else if (key == RemoteKey::kReturn) {
+    StoreFocused();
+  } else {
+    m_list.reset();
   }
 }
 

@@ -9,17 +9,11 @@ const FcChar8* FcString(const std::string& text) {
   return reinterpret_cast<const FcChar8*>(text.c_str());
 }
 
-// The fonts that match, the best first, and the letters that they have together.
-FontSet SortedFonts(const std::string& pattern_text, Letters& letters) {
-  FcPattern* pattern = FcNameParse(FcString(pattern_text));
-  FcConfigSubstitute(nullptr, pattern, FcMatchPattern);
-  FcDefaultSubstitute(pattern);
-  FcCharSet* all_letters = nullptr;
-  FcResult result = FcResultMatch;
-  FontSet fonts(FcFontSort(nullptr, pattern, FcTrue, &all_letters, &result));
-  FcPatternDestroy(pattern);
-  letters.reset(all_letters);
-  return fonts;
+FontPattern Sans(const std::string& properties) {
+  FontPattern pattern(FcNameParse(FcString("Sans" + properties)));
+  FcConfigSubstitute(nullptr, pattern.get(), FcMatchPattern);
+  FcDefaultSubstitute(pattern.get());
+  return pattern;
 }
 
 // As fontconfig names the language of fonts: "zh-tw" where the country decides, otherwise "ko".
@@ -34,27 +28,19 @@ std::string FontLanguage(const std::string& locale) {
 
 }  // namespace
 
-// Evas gives a line the height of its first font: unless that is one of the language's own, deep
-// letters are cut.
 std::string FontFor(const std::string& locale) {
-  const std::string language = FontLanguage(locale);
-  const std::string sans = "Sans:lang=" + language;
-  Letters letters;
-  const FontSet fonts = SortedFonts(sans, letters);
-  for (int i = 0; i < fonts->nfont; ++i) {
-    FcLangSet* languages = nullptr;
-    FcChar8* family = nullptr;
-    if (FcPatternGetLangSet(fonts->fonts[i], FC_LANG, 0, &languages) == FcResultMatch &&
-        FcLangSetHasLang(languages, FcString(language)) == FcLangEqual &&
-        FcPatternGetString(fonts->fonts[i], FC_FAMILY, 0, &family) == FcResultMatch) {
-      return reinterpret_cast<const char*>(family) + (":lang=" + language);
-    }
-  }
-  return sans;
+  const std::string language = ":lang=" + FontLanguage(locale);
+  FcResult result = FcResultMatch;
+  const FontPattern font(FcFontMatch(nullptr, Sans(language).get(), &result));
+  FcChar8* family = nullptr;
+  const bool is_named =
+      font && FcPatternGetString(font.get(), FC_FAMILY, 0, &family) == FcResultMatch;
+  return (is_named ? reinterpret_cast<const char*>(family) : "Sans") + language;
 }
 
 Letters InstalledLetters() {
-  Letters letters;
-  SortedFonts("Sans", letters);
-  return letters;
+  FcCharSet* letters = nullptr;
+  FcResult result = FcResultMatch;
+  FcFontSetDestroy(FcFontSort(nullptr, Sans("").get(), FcTrue, &letters, &result));
+  return Letters(letters);
 }

@@ -8,14 +8,15 @@
 #include <fontconfig/fontconfig.h>
 
 struct FontconfigDeleter {
-  void operator()(FcFontSet* fonts) const { FcFontSetDestroy(fonts); }
+  void operator()(FcPattern* pattern) const { FcPatternDestroy(pattern); }
   void operator()(FcCharSet* letters) const { FcCharSetDestroy(letters); }
 };
-using FontSet = std::unique_ptr<FcFontSet, FontconfigDeleter>;
+using FontPattern = std::unique_ptr<FcPattern, FontconfigDeleter>;
 using Letters = std::unique_ptr<FcCharSet, FontconfigDeleter>;
 
-// The font for the language of `locale`, of the form "ko_KR" or "ko", as Evas takes it: such as
-// "Noto Sans Khmer:lang=km". Where no font says that it is for the language, any that is "Sans".
+// The best font for the language of `locale`, of the form "ko_KR" or "ko", as Evas takes it: such
+// as "Noto Sans Khmer:lang=km". Named, it is the first of its line and gives the line its height:
+// deep letters are cut otherwise.
 std::string FontFor(const std::string& locale);
 
 // The letters that some font has.

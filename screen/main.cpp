@@ -2,7 +2,6 @@
 // keyboard page, driven by the keys of a remote control.
 
 #include <cstdio>
-#include <exception>
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,13 +15,12 @@
 #include "finding.h"
 #include "host_options.h"
 #include "platform_setup.h"
+#include "program.h"
 #include "text_check.h"
 #include "ui_language.h"
 
 namespace {
 
-constexpr int kFailed = 1;
-constexpr int kUsage = 2;
 constexpr int kNameColumn = 27;
 
 struct Options : HostOptions {
@@ -104,27 +102,17 @@ void Show(const Options& options, const Provider& provider, const std::string& l
   Canvas::Run();
 }
 
-int Fail(const std::exception& error, int status) {
-  std::fprintf(stderr, "menu_screen: %s\n", error.what());
-  return status;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
-  try {
+  return RunProgram("menu_screen", [&] {
     Options options;
     if (!ParseCommandLine(argc, argv, options)) {
-      return 0;
+      return;
     }
     const Sources sources = SetUpHost(options);
     const Provider provider(sources.plugin);
     const std::string layout = OwnFile(MENU_SCREEN_LAYOUT);
     options.check ? Check(provider, layout) : Show(options, provider, layout);
-    return 0;
-  } catch (const UsageError& error) {
-    return Fail(error, kUsage);
-  } catch (const std::exception& error) {
-    return Fail(error, kFailed);
-  }
+  });
 }

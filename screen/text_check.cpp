@@ -37,22 +37,21 @@ class TextCheck {
     UseUiLanguage(language);
     m_canvas.SetLanguage(language);
     m_canvas.Show(PageState(m_page));
-    const Place title = {m_canvas.page(), "title"};
-    const Place name = {m_canvas.Nested("language"), "name"};
-    const Place value = {m_canvas.Nested("language"), "value"};
-    const Place list_title = {m_canvas.page(), "list.title"};
-    const Place choice = {m_canvas.Nested("choice.0"), "text"};
-    CheckText(m_page.ReadHead().title, {title});
+    const std::vector<Place> names = {{m_canvas.Nested("language"), "name"},
+                                      {m_canvas.page(), "list.title"}};
+    const std::vector<Place> values = {{m_canvas.Nested("language"), "value"},
+                                       {m_canvas.Nested("choice.0"), "text"}};
+    CheckText(m_page.ReadHead().title, {{m_canvas.page(), "title"}});
     for (const SettingId id : {SettingId::kLanguage, SettingId::kType}) {
       const Setting setting = m_page.ReadSetting(id);
-      CheckText(setting.name, {name, list_title});
-      CheckHelp(setting);
+      CheckText(setting.name, names);
+      CheckHelp(setting.help);
     }
     for (const Choice& each : Choices(SettingId::kLanguage)) {
-      CheckText(each.text, {value, choice});
+      CheckText(each.text, values);
     }
     for (const std::string& type : m_types) {
-      CheckText(type, {value, choice});
+      CheckText(type, values);
     }
   }
 
@@ -64,18 +63,36 @@ class TextCheck {
     }
   }
 
+  void CheckSize(const std::string& text, const Place& place, const char* direction, int size,
+                 int room) {
+    if (size > room) {
+      Add(text, place.part,
+          "is " + std::to_string(size) + " px " + direction + " as '" + place.part + "', where " +
+              std::to_string(room) + " fit",
+          "shorten it");
+    }
+  }
+
   void CheckText(const std::string& text, const std::vector<Place>& places) {
     CheckLetters(text);
     for (const Place& place : places) {
-      const int room = RoomOf(place);
-      const int width = WidthAt(place, text);
-      if (width > room) {
-        Add(text, place.part,
-            "is " + std::to_string(width) + " px wide as '" + place.part + "', where " +
-                std::to_string(room) + " fit",
-            "shorten it");
-      }
+      int room = 0;
+      edje_object_part_geometry_get(place.object, place.part, nullptr, nullptr, &room, nullptr);
+      CheckSize(text, place, "wide", WidthAt(place, text), room);
     }
+  }
+
+  void CheckHelp(const std::string& text) {
+    CheckLetters(text);
+    const Place place = m_canvas.HelpText();
+    edje_object_part_text_set(place.object, place.part, text.c_str());
+    edje_object_calc_force(place.object);
+    int room = 0;
+    int height = 0;
+    edje_object_part_geometry_get(place.object, place.part, nullptr, nullptr, nullptr, &room);
+    evas_object_textblock_size_formatted_get(edje_object_part_object_get(place.object, place.part),
+                                             nullptr, &height);
+    CheckSize(text, place, "high", height, room);
   }
 
   void CheckLetters(const std::string& text) {
@@ -84,37 +101,13 @@ class TextCheck {
       const gunichar letter = g_utf8_get_char(at);
       if (g_unichar_isgraph(letter) != FALSE &&
           FcCharSetHasChar(m_letters.get(), letter) == FcFalse) {
-        missing.append(missing.empty() ? "" : " ");
-        missing.append(at, static_cast<std::size_t>(g_utf8_next_char(at) - at));
+        missing += " " + std::string(at, static_cast<std::size_t>(g_utf8_next_char(at) - at));
       }
     }
     if (!missing.empty()) {
-      Add(text, "letters", "has letters that no installed font has: " + missing,
+      Add(text, "letters", "has letters that no installed font has:" + missing,
           "install a font for them");
     }
-  }
-
-  void CheckHelp(const Setting& setting) {
-    CheckLetters(setting.help);
-    const Place place = m_canvas.HelpText();
-    edje_object_part_text_set(place.object, place.part, setting.help.c_str());
-    edje_object_calc_force(place.object);
-    int room = 0;
-    int height = 0;
-    edje_object_part_geometry_get(place.object, place.part, nullptr, nullptr, nullptr, &room);
-    evas_object_textblock_size_formatted_get(edje_object_part_object_get(place.object, place.part),
-                                             nullptr, &height);
-    if (height > room) {
-      Add(setting.help, place.part,
-          "is " + std::to_string(height) + " px high, where " + std::to_string(room) + " fit",
-          "shorten it");
-    }
-  }
-
-  static int RoomOf(const Place& place) {
-    int room = 0;
-    edje_object_part_geometry_get(place.object, place.part, nullptr, nullptr, &room, nullptr);
-    return room;
   }
 
   static int WidthAt(const Place& place, const std::string& text) {
