@@ -101,7 +101,7 @@ class TextCheck {
       const gunichar letter = g_utf8_get_char(at);
       if (g_unichar_isgraph(letter) != FALSE &&
           FcCharSetHasChar(m_letters.get(), letter) == FcFalse) {
-        missing += " " + std::string(at, static_cast<std::size_t>(g_utf8_next_char(at) - at));
+        missing.append(" ").append(at, static_cast<std::size_t>(g_utf8_next_char(at) - at));
       }
     }
     if (!missing.empty()) {
