@@ -1,7 +1,6 @@
 # The packages: what a device gets, what a settings application is built with, what stands in for
 # the device's services on a developer's machine, and settings applications for a terminal and a
-# screen. A
-# version has no Debian revision: the packages are made by the project itself.
+# screen. A version has no Debian revision: the packages are made by the project itself.
 
 set(MORVITH_PACKAGE_CONTACT "nobody <nobody@localhost>" CACHE STRING
   "Maintainer field of the packages, which Debian's format demands")

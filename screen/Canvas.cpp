@@ -2,10 +2,11 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <map>
 
-#include <Ecore.h>
 #include <Efreet.h>
+#include <glib.h>
 
 #include "error.h"
 #include "fonts.h"
@@ -13,8 +14,6 @@
 
 namespace {
 
-constexpr int kDesignWidth = 1920;  // of which the layout's sizes of text are
-constexpr int kDesignHeight = 1080;
 constexpr char kNothing[] = "\u2014";
 constexpr char kTextClass[] = "text";      // of the page
 constexpr char kHelpTextClass[] = "help";  // of the help layout
@@ -29,6 +28,7 @@ const std::map<std::string, RemoteKey> kKeys = {  // as X11 names them
 void StartEfl() {
   // Neither the session's services nor the desktop's menus are any concern of a television's page.
   ecore_app_no_system_modules();
+  setenv("XDG_RUNTIME_DIR", g_get_tmp_dir(), 0);  // EFL ends the process where it can make none
   efreet_cache_disable();
   if (ecore_evas_init() == 0 || edje_init() == 0) {
     throw HostError("EFL cannot be started");
@@ -39,7 +39,7 @@ void StartEfl() {
 Window OpenWindow() {
   // It complains of each kind of display that it is built without.
   eina_log_domain_level_set("eina_safety", EINA_LOG_LEVEL_CRITICAL);
-  Window window(ecore_evas_new(nullptr, 0, 0, kDesignWidth, kDesignHeight, nullptr));
+  Window window(ecore_evas_new(nullptr, 0, 0, 1, 1, nullptr));
   eina_log_domain_level_set("eina_safety", EINA_LOG_LEVEL_ERR);
   if (window == nullptr || ecore_evas_engine_name_get(window.get()) == std::string("buffer")) {
     throw HostError("there is no display to open a window on; --picture FILE.png needs none");
@@ -68,7 +68,7 @@ std::size_t FirstShown(std::size_t focused, std::size_t count, std::size_t place
 Canvas::Canvas(Target target, const std::string& layout) {
   StartEfl();
   const bool is_window = target == Target::kWindow;
-  m_window = is_window ? OpenWindow() : Window(ecore_evas_buffer_new(kDesignWidth, kDesignHeight));
+  m_window = is_window ? OpenWindow() : Window(ecore_evas_buffer_new(1, 1));
   m_slides = is_window;
   m_page = edje_object_add(ecore_evas_get(m_window.get()));
   if (edje_object_file_set(m_page, layout.c_str(), "page") == EINA_FALSE) {
@@ -78,6 +78,8 @@ Canvas::Canvas(Target target, const std::string& layout) {
   while (Evas_Object* choice = Nested(ChoicePart(m_choices.size()))) {
     m_choices.push_back(choice);
   }
+  edje_object_size_min_get(m_page, &m_width, &m_height);
+  ecore_evas_resize(m_window.get(), m_width, m_height);
   ecore_evas_data_set(m_window.get(), "canvas", this);
   ecore_evas_callback_resize_set(m_window.get(), [](Ecore_Evas* window) {
     static_cast<Canvas*>(ecore_evas_data_get(window, "canvas"))->Resize();
@@ -86,7 +88,15 @@ Canvas::Canvas(Target target, const std::string& layout) {
   evas_object_event_callback_add(
       m_page, EVAS_CALLBACK_KEY_DOWN,
       [](void* canvas, Evas*, Evas_Object*, void* event) {
-        static_cast<Canvas*>(canvas)->Press(static_cast<Evas_Event_Key_Down*>(event)->key);
+        const auto* down = static_cast<Evas_Event_Key_Down*>(event);
+        static_cast<Canvas*>(canvas)->Press(down->key, down->timestamp);
+      },
+      this);
+  evas_object_event_callback_add(
+      m_page, EVAS_CALLBACK_KEY_UP,
+      [](void* canvas, Evas*, Evas_Object*, void* event) {
+        const auto* up = static_cast<Evas_Event_Key_Up*>(event);
+        static_cast<Canvas*>(canvas)->m_released = {up->key, up->timestamp};
       },
       this);
   evas_object_focus_set(m_page, EINA_TRUE);
@@ -106,9 +116,9 @@ void Canvas::Resize() {
   int width = 0;
   int height = 0;
   ecore_evas_geometry_get(m_window.get(), nullptr, nullptr, &width, &height);
+  edje_object_scale_set(m_page, std::min(static_cast<double>(width) / m_width,
+                                         static_cast<double>(height) / m_height));
   evas_object_resize(m_page, width, height);
-  edje_object_scale_set(m_page, std::min(static_cast<double>(width) / kDesignWidth,
-                                         static_cast<double>(height) / kDesignHeight));
 }
 
 Evas_Object* Canvas::Nested(const std::string& part) const {
@@ -166,6 +176,7 @@ void Canvas::LoadHelp(const std::string& image) {
     evas_object_image_file_set(m_help, file.c_str(), nullptr);
     is_loaded = evas_object_image_load_error_get(m_help) == EVAS_LOAD_ERROR_NONE;
   }
+  m_has_picture = is_loaded;
   if (!is_loaded) {
     std::fprintf(stderr, "menu_screen: cannot show the help picture '%s'\n", file.c_str());
   }
@@ -184,7 +195,11 @@ void Canvas::ShowHelp(const PageHead& head, const Setting& setting) {
     edje_object_signal_emit(m_help, "language", "");
     SetText(m_help, "title", setting.name);
   }
-  SetText(m_help_text.object, m_help_text.part, setting.help);
+  ShowHelpText(setting.help);
+}
+
+void Canvas::ShowHelpText(const std::string& text) {
+  edje_object_part_text_unescaped_set(m_help_text.object, m_help_text.part, text.c_str());
 }
 
 void Canvas::ShowList(const std::optional<OpenList>& list, const Setting& setting) {
@@ -209,12 +224,16 @@ void Canvas::ShowList(const std::optional<OpenList>& list, const Setting& settin
   }
 }
 
-void Canvas::Press(const std::string& key) {
+void Canvas::Press(const std::string& key, unsigned int time) {
   const bool reads_from_right = edje_object_mirrored_get(m_page) != EINA_FALSE;
   if (key == (reads_from_right ? "Right" : "Left")) {
     return m_on_key(RemoteKey::kToPage);
   }
-  if (const auto found = kKeys.find(key); found != kKeys.end()) {
+  const auto found = kKeys.find(key);
+  // A key that is held is released and pressed again at once: it moves on, and chooses once.
+  const bool is_held = m_released == std::pair(key, time);
+  const bool moves = key == "Up" || key == "Down";
+  if (found != kKeys.end() && (moves || !is_held)) {
     m_on_key(found->second);
   }
 }
@@ -222,7 +241,7 @@ void Canvas::Press(const std::string& key) {
 void Canvas::SavePicture(const std::string& file) {
   ecore_evas_manual_render(m_window.get());
   Evas_Object* picture = evas_object_image_filled_add(ecore_evas_get(m_window.get()));
-  evas_object_image_size_set(picture, kDesignWidth, kDesignHeight);
+  evas_object_image_size_set(picture, m_width, m_height);
   evas_object_image_alpha_set(picture, EINA_FALSE);
   void* pixels = const_cast<void*>(ecore_evas_buffer_pixels_get(m_window.get()));
   evas_object_image_data_set(picture, pixels);

@@ -56,7 +56,9 @@ class Canvas {
   // The object of the layout that has these parts, for the check and for tests.
   Evas_Object* page() const { return m_page; }
   Evas_Object* Nested(const std::string& part) const;
-  Place HelpText() const { return m_help_text; }
+  Place help_text() const { return m_help_text; }
+  void ShowHelpText(const std::string& text);
+  bool has_picture() const { return m_has_picture; }  // once a page was shown
 
  private:
   void Resize();
@@ -65,13 +67,17 @@ class Canvas {
   void LoadHelp(const std::string& image);
   void ShowHelp(const PageHead& head, const Setting& setting);
   void ShowList(const std::optional<OpenList>& list, const Setting& setting);
-  void Press(const std::string& key);
+  void Press(const std::string& key, unsigned int time);
 
   Window m_window;
   Evas_Object* m_page = nullptr;  // these are the window's own
   Evas_Object* m_help = nullptr;  // the help layout or picture
   Place m_help_text = {};
+  bool m_has_picture = false;
   bool m_slides = false;
+  int m_width = 0;  // for which the layout is made
+  int m_height = 0;
+  std::pair<std::string, unsigned int> m_released;  // the key, and when in milliseconds
   std::string m_font;
   std::vector<Evas_Object*> m_choices;
   std::function<void(RemoteKey)> m_on_key;

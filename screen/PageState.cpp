@@ -12,7 +12,8 @@ namespace {
 
 Row ReadRow(const KeyboardPage& page, SettingId id) {
   Row row = {page.ReadSetting(id), false};
-  row.failed = row.setting.value && page.ReadChoices(id).value_or(std::vector<Choice>()).empty();
+  const bool has_list = id == SettingId::kLanguage || row.setting.value;
+  row.failed = has_list && page.ReadChoicesIfAny(id).empty();
   try {
     CheckReadable(row.setting.key);
   } catch (const HostError& error) {
@@ -59,7 +60,7 @@ void PageState::PressOnList(RemoteKey key) {
 
 void PageState::Open() {
   OpenList list;
-  list.choices = m_page.ReadChoices(m_focused).value_or(std::vector<Choice>());
+  list.choices = m_page.ReadChoicesIfAny(m_focused);
   const auto current =
       std::ranges::find(list.choices, row(m_focused).setting.value, &Choice::value);
   if (current != list.choices.end()) {

@@ -21,52 +21,39 @@
 
 namespace {
 
-constexpr int kNameColumn = 27;
-
 struct Options : HostOptions {
   std::string picture;
   std::optional<SettingId> open;
   bool check = false;
 };
 
-// Returns whether there is anything left to do. Throws UsageError for what cannot be understood.
 bool ParseCommandLine(int argc, const char* const* argv, Options& options) {
   CLI::App app(
       "Shows the keyboard settings page as on a television. Keys: Up, Down, Return, Escape.",
       "menu_screen");
-  app.set_version_flag("--version", "menu_screen " MENU_SCREEN_VERSION,
-                       "Print the version and exit");
-  app.get_formatter()->column_width(kNameColumn);
-  app.fallthrough();
-  AddHostOptions(app, options);
-  app.add_option("--picture", options.picture,
-                 "draw the page into a file (.png), without a display")
-      ->type_name("FILE");
-  app.add_option_function<std::string>(
-         "--open",
-         [&options](const std::string& word) {
-           options.open = word == "type" ? SettingId::kType : SettingId::kLanguage;
-         },
-         "the list that is open at first: language or type")
-      ->check(CLI::IsMember({"language", "type"}).description(""))
-      ->type_name("SETTING");
+  AddHostOptions(app, MENU_SCREEN_VERSION, options);
+  CLI::Option* picture =
+      app.add_option("--picture", options.picture, "draw the page into a file, without a display")
+          ->check([](const std::string& file) {
+            return file.ends_with(".png") ? "" : "the file's name has to end in .png";
+          })
+          ->type_name("FILE.png");
+  CLI::Option* open = AddSetting(app, "--open", "the list that is open at first: language or type",
+                                 [&options](SettingId id) { options.open = id; })
+                          ->type_name("SETTING");
   app.add_subcommand("check",
-                     "measure each text in each language: what is too wide for its place,\n"
-                     "and what no installed font has the letters of; exits with 1 if any is")
+                     "measure each text in each language: what is too wide or too high\n"
+                     "for its place, and what no installed font has the letters of;\n"
+                     "exits with 1 if any is")
+      ->excludes(picture)
+      ->excludes(open)
       ->callback([&options] { options.check = true; });
-  try {
-    app.parse(argc, argv);
-    return true;
-  } catch (const CLI::Success& help) {
-    app.exit(help);
-    return false;
-  } catch (const CLI::ParseError& error) {
-    throw UsageError(std::string(error.what()) + "\nmenu_screen --help has more.");
-  }
+  return Parse(app, argc, argv);
 }
 
-void Check(const Provider& provider, const std::string& layout) {
+void Check(const std::string& plugin, const std::string& layout) {
   const TemporaryRegistry registry;
+  const Provider provider(plugin);
   Canvas canvas(Target::kBuffer, layout);
   const std::vector<Finding> findings = CheckTexts(KeyboardPage(provider), canvas);
   for (const Finding& finding : findings) {
@@ -77,8 +64,9 @@ void Check(const Provider& provider, const std::string& layout) {
   }
 }
 
-void Show(const Options& options, const Provider& provider, const std::string& layout) {
+void Show(const Options& options, const std::string& plugin, const std::string& layout) {
   UseRegistry(options.registry);
+  const Provider provider(plugin);
   CheckCatalogue(options.ui_language);
   const KeyboardPage page(provider);
   PageState state(page);
@@ -111,8 +99,7 @@ int main(int argc, char** argv) {
       return;
     }
     const Sources sources = SetUpHost(options);
-    const Provider provider(sources.plugin);
     const std::string layout = OwnFile(MENU_SCREEN_LAYOUT);
-    options.check ? Check(provider, layout) : Show(options, provider, layout);
+    options.check ? Check(sources.plugin, layout) : Show(options, sources.plugin, layout);
   });
 }

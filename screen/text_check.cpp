@@ -1,6 +1,7 @@
 #include "text_check.h"
 
 #include <cstddef>
+#include <map>
 #include <set>
 #include <string>
 #include <utility>
@@ -15,18 +16,21 @@ namespace {
 class TextCheck {
  public:
   TextCheck(const KeyboardPage& page, Canvas& canvas)
-      : m_page(page), m_canvas(canvas), m_letters(InstalledLetters()) {}
+      : m_page(page),
+        m_canvas(canvas),
+        m_letters(InstalledLetters()),
+        m_types(page.ReadAllTypes()) {}
 
   std::vector<Finding> Run() {
-    const std::vector<Choice> languages = Choices(SettingId::kLanguage);
-    for (const Choice& language : languages) {
-      m_page.Store(SettingId::kLanguage, language.value);
-      for (const Choice& type : Choices(SettingId::kType)) {
-        m_types.insert(type.text);
-      }
-    }
-    for (const Choice& language : languages) {
+    for (const Choice& language : m_page.ReadChoicesIfAny(SettingId::kLanguage)) {
       CheckInterface(language.value);
+    }
+    if (m_types.empty()) {
+      m_findings.push_back({"page", "type list", "has no choices in any language",
+                            "correct the configuration, or install it anew"});
+    }
+    if (!m_canvas.has_picture()) {
+      m_findings.push_back({"page", "help picture", "cannot be shown", "install it anew"});
     }
     return std::move(m_findings);
   }
@@ -47,11 +51,11 @@ class TextCheck {
       CheckText(setting.name, names);
       CheckHelp(setting.help);
     }
-    for (const Choice& each : Choices(SettingId::kLanguage)) {
+    for (const Choice& each : m_page.ReadChoicesIfAny(SettingId::kLanguage)) {
       CheckText(each.text, values);
     }
-    for (const std::string& type : m_types) {
-      CheckText(type, values);
+    for (const auto& [id, type] : m_types) {
+      CheckText(type.text, values);
     }
   }
 
@@ -84,8 +88,8 @@ class TextCheck {
 
   void CheckHelp(const std::string& text) {
     CheckLetters(text);
-    const Place place = m_canvas.HelpText();
-    edje_object_part_text_set(place.object, place.part, text.c_str());
+    const Place place = m_canvas.help_text();
+    m_canvas.ShowHelpText(text);
     edje_object_calc_force(place.object);
     int room = 0;
     int height = 0;
@@ -96,11 +100,15 @@ class TextCheck {
   }
 
   void CheckLetters(const std::string& text) {
+    if (g_utf8_validate(text.c_str(), -1, nullptr) == FALSE) {
+      return Add(text, "letters", "is not UTF-8", "correct it");
+    }
     std::string missing;
     for (const char* at = text.c_str(); *at != '\0'; at = g_utf8_next_char(at)) {
       const gunichar letter = g_utf8_get_char(at);
-      if (g_unichar_isgraph(letter) != FALSE &&
-          FcCharSetHasChar(m_letters.get(), letter) == FcFalse) {
+      const GUnicodeType type = g_unichar_type(letter);
+      const bool is_drawn = type != G_UNICODE_FORMAT && type != G_UNICODE_SPACE_SEPARATOR;
+      if (is_drawn && FcCharSetHasChar(m_letters.get(), letter) == FcFalse) {
         missing.append(" ").append(at, static_cast<std::size_t>(g_utf8_next_char(at) - at));
       }
     }
@@ -116,7 +124,6 @@ class TextCheck {
     Evas_Font_Size size = 0;
     evas_object_text_font_get(part, &font, &size);
     Evas_Object* measured = evas_object_text_add(evas_object_evas_get(place.object));
-    evas_object_scale_set(measured, evas_object_scale_get(part));
     evas_object_text_font_set(measured, font, size);
     evas_object_text_text_set(measured, text.c_str());
     int width = 0;
@@ -125,15 +132,11 @@ class TextCheck {
     return width;
   }
 
-  std::vector<Choice> Choices(SettingId id) const {
-    return m_page.ReadChoices(id).value_or(std::vector<Choice>());
-  }
-
   const KeyboardPage& m_page;
   Canvas& m_canvas;
   Letters m_letters;
+  std::map<std::string, Choice> m_types;
   std::string m_where;
-  std::set<std::string> m_types;
   std::set<std::string> m_reported;
   std::vector<Finding> m_findings;
 };

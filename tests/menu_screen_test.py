@@ -21,13 +21,15 @@ class MenuScreenTest(unittest.TestCase):
         self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
 
     def screen(self, *arguments, status=0):
+        environment = {**os.environ, "DISPLAY": "", "KVREG_FILE": str(self.folder / "registry.db")}
         done = subprocess.run([MENU_SCREEN, *arguments], capture_output=True, text=True, timeout=120,
-                              check=False, env={**os.environ, "DISPLAY": ""})
+                              check=False, env=environment)
         self.assertEqual(done.returncode, status, done)
         return done
 
     def test_check_is_silent_over_what_ships_and_finds_what_is_wrong(self):
         self.assertEqual(self.screen("check").stdout, "")
+        self.assertEqual(list(self.folder.iterdir()), [])  # in a registry of its own
         shutil.copytree(ROOT / RESOURCES, self.folder / RESOURCES)
         (self.folder / RESOURCES / CONFIG).write_text(json.dumps({
             "keyboard_name_map": [{"name": key, "display_name": NAMES[key]} for key in NAMES],
@@ -47,14 +49,18 @@ class MenuScreenTest(unittest.TestCase):
             self.assertTrue(any(words in line for line in found), (words, found))
         self.assertNotIn("'Good'", done.stdout)
 
-    def test_draws_a_picture_and_says_that_a_window_has_no_display(self):
-        picture, registry = self.folder / "page.png", self.folder / "registry.db"
-        self.screen("--registry", registry, "--open", "language", "--picture", picture)
-        self.assertRegex(subprocess.run(["file", picture], capture_output=True, text=True,
-                                        check=True).stdout, "PNG image data, 1920 x 1080")
-        self.assertIn("no display", self.screen("--registry", registry, status=1).stderr)
-        self.assertIn("cannot write the picture", self.screen(
-            "--registry", registry, "--picture", "/nowhere/page.png", status=1).stderr)
+    def test_draws_pictures_and_says_that_a_window_has_no_display(self):
+        drawn = {}
+        for opened in ("language", "type"):
+            picture = self.folder / f"{opened}.png"
+            self.screen("--open", opened, "--picture", picture)
+            drawn[opened] = picture.read_bytes()
+            self.assertEqual(drawn[opened][:24], b"\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\x07\x80\0\0\x048")
+            self.assertGreater(len(drawn[opened]), 20000)
+        self.assertNotEqual(*drawn.values())
+        self.assertIn("no display", self.screen(status=1).stderr)
+        self.assertIn("cannot write the picture",
+                      self.screen("--picture", "/nowhere/page.png", status=1).stderr)
 
     @unittest.skipUnless(shutil.which("Xvfb") and shutil.which("xdotool"), "there is no Xvfb")
     def test_stores_what_is_chosen_in_a_window_and_leaves(self):

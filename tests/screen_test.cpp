@@ -94,8 +94,19 @@ class Screen {
   }
 
   void Press(const std::string& key) {
-    evas_event_feed_key_down(evas_object_evas_get(m_canvas.page()), key.c_str(), key.c_str(),
-                             nullptr, nullptr, 0, nullptr);
+    evas_event_feed_key_down(evas(), key.c_str(), key.c_str(), nullptr, nullptr, ++m_time, nullptr);
+  }
+
+  // As a key repeats that is held.
+  void Hold(const std::string& key) {
+    evas_event_feed_key_up(evas(), key.c_str(), key.c_str(), nullptr, nullptr, m_time + 1, nullptr);
+    Press(key);
+  }
+
+  void Resize(int width, int height) {
+    Ecore_Evas* window = ecore_evas_ecore_evas_get(evas());
+    ecore_evas_resize(window, width, height);
+    ecore_evas_manual_render(window);  // which tells of the size
   }
 
   std::string Text(const std::string& object, const char* part) const {
@@ -104,6 +115,20 @@ class Screen {
 
   bool IsShown(const std::string& object, const char* part) const {
     return edje_object_part_state_get(Of(object), part, nullptr) == std::string("shown");
+  }
+
+  Eina_Rectangle TextBox(const char* part) const {
+    Eina_Rectangle box = {};
+    edje_object_calc_force(m_canvas.page());
+    evas_object_geometry_get(edje_object_part_object_get(m_canvas.page(), part), &box.x, &box.y,
+                             &box.w, &box.h);
+    return box;
+  }
+
+  std::string Font(const char* part) const {
+    const char* font = nullptr;
+    evas_object_text_font_get(edje_object_part_object_get(m_canvas.page(), part), &font, nullptr);
+    return font;
   }
 
   // The place of the part's middle on the page, in the direction of reading: 0 to 1.
@@ -116,18 +141,22 @@ class Screen {
   }
 
  private:
+  Evas* evas() const { return evas_object_evas_get(m_canvas.page()); }
+
   Evas_Object* Of(const std::string& object) const {
     return object.empty() ? m_canvas.page() : m_canvas.Nested(object);
   }
 
   PageState m_state;
   Canvas m_canvas;
+  unsigned int m_time = 0;
 };
 
 TEST(Canvas, ShowsFocusChoicesAndPosition) {
   const Page opened;
   Screen screen(opened.page, "en_US");
   EXPECT_EQ(screen.Text("language", "value"), "\u2014");
+  EXPECT_EQ(screen.Text("help.layout", "help"), "Set the language of the keyboard.");
   EXPECT_TRUE(screen.IsShown("language", "frame"));
   screen.Press("Return");
   for (int i = 0; i < 9; ++i) {
@@ -143,12 +172,28 @@ TEST(Canvas, ShowsFocusChoicesAndPosition) {
   EXPECT_FALSE(screen.IsShown("", "list"));
   EXPECT_EQ(opened.provider.Value(DATA_PROVIDER_LANGUAGE), "nl_NL");
   EXPECT_EQ(screen.Text("language", "value"), "Dutch");
+  EXPECT_EQ(screen.Text("language", "odd"), "");
   screen.Press("Return");
-  EXPECT_TRUE(screen.IsShown("choice.5", "mark"));
+  screen.Press("Down");
+  EXPECT_TRUE(screen.IsShown("choice.4", "mark"));
+  EXPECT_FALSE(screen.IsShown("choice.5", "mark"));
   screen.Press("Right");
   EXPECT_TRUE(screen.IsShown("", "list"));
   screen.Press("Left");
   EXPECT_FALSE(screen.IsShown("", "list"));
+}
+
+TEST(Canvas, ChoosesOnceWhileAKeyIsHeldAndGrowsWithTheWindow) {
+  const Page opened;
+  Screen screen(opened.page, "en_US");
+  const int height = screen.TextBox("title").h;
+  screen.Resize(960, 540);
+  EXPECT_NEAR(screen.TextBox("title").h, height / 2, 2);
+  screen.Press("Return");
+  screen.Hold("Return");
+  EXPECT_TRUE(screen.IsShown("", "list"));
+  screen.Hold("Down");
+  EXPECT_EQ(screen.Text("", "list.position"), "2 / 61");
 }
 
 TEST(Canvas, MirrorsWhatReadsFromTheRight) {
@@ -156,6 +201,8 @@ TEST(Canvas, MirrorsWhatReadsFromTheRight) {
   Screen screen(opened.page, "ar");
   screen.Press("Return");
   EXPECT_GT(screen.Place("language"), 0.5);
+  EXPECT_GT(screen.TextBox("title").x, 1920 / 2);
+  EXPECT_TRUE(screen.Font("title").ends_with(":lang=ar"));
   EXPECT_LT(screen.Place("list"), 0.5);
   EXPECT_LT(screen.Place("list.position"), screen.Place("list.title"));
   screen.Press("Right");
@@ -173,6 +220,12 @@ TEST(Canvas, SaysWhatIsWrong) {
   screen.Press("Down");
   screen.Press("Return");
   EXPECT_TRUE(screen.IsShown("", "list.trouble"));
+  setenv("KVREG_FILE", root.PathOf("gone/registry.db").c_str(), 1);
+  screen.Press("Escape");
+  screen.Press("Up");
+  screen.Press("Return");
+  screen.Press("Return");
+  EXPECT_TRUE(screen.IsShown("language", "trouble"));
   setenv("KVREG_FILE", TEST_PLUGIN, 1);
   Screen unreadable(opened.page, "en_US");
   EXPECT_TRUE(unreadable.IsShown("language", "trouble"));
