@@ -1,8 +1,5 @@
 #include "fonts.h"
 
-#include <algorithm>
-#include <cctype>
-
 namespace {
 
 const FcChar8* FcString(const std::string& text) {
@@ -16,20 +13,12 @@ FontPattern Sans(const std::string& properties) {
   return pattern;
 }
 
-// As fontconfig names the language of fonts: "zh-tw" where the country decides, otherwise "ko".
-std::string FontLanguage(const std::string& locale) {
-  std::string language = locale;
-  std::ranges::transform(language, language.begin(), [](unsigned char letter) {
-    return letter == '_' ? '-' : std::tolower(letter);
-  });
-  const bool is_known = FcLangGetCharSet(FcString(language)) != nullptr;
-  return is_known ? language : locale.substr(0, locale.find('_'));
-}
-
 }  // namespace
 
 std::string FontFor(const std::string& locale) {
-  const std::string language = ":lang=" + FontLanguage(locale);
+  FcChar8* name = FcLangNormalize(FcString(locale));  // with the country where that decides
+  const std::string language = std::string(":lang=") + reinterpret_cast<const char*>(name);
+  FcStrFree(name);
   FcResult result = FcResultMatch;
   const FontPattern font(FcFontMatch(nullptr, Sans(language).get(), &result));
   FcChar8* family = nullptr;
