@@ -42,7 +42,7 @@ Setting KeyboardPage::ReadSetting(SettingId id) const {
   if (!setting.value) {
     return setting;
   }
-  const std::vector<Choice> choices = ReadChoices(id).value_or(std::vector<Choice>());
+  const std::vector<Choice> choices = ReadChoicesIfAny(id);
   const auto current = std::ranges::find(choices, *setting.value, &Choice::value);
   if (current != choices.end()) {
     setting.text = current->text;
@@ -60,6 +60,21 @@ std::optional<std::vector<Choice>> KeyboardPage::ReadChoices(SettingId id) const
     choices.push_back({item.value, UserText(id, item.display_value)});
   }
   return choices;
+}
+
+std::vector<Choice> KeyboardPage::ReadChoicesIfAny(SettingId id) const {
+  return ReadChoices(id).value_or(std::vector<Choice>());
+}
+
+std::map<std::string, Choice> KeyboardPage::ReadAllTypes() const {
+  std::map<std::string, Choice> types;
+  for (const Choice& language : ReadChoicesIfAny(SettingId::kLanguage)) {
+    Store(SettingId::kLanguage, language.value);
+    for (const Choice& type : ReadChoicesIfAny(SettingId::kType)) {
+      types.emplace(TypeOf(type.value), type);
+    }
+  }
+  return types;
 }
 
 void KeyboardPage::Store(SettingId id, const std::string& value) const {

@@ -2,6 +2,7 @@
 #ifndef HOST_KEYBOARD_PAGE_H
 #define HOST_KEYBOARD_PAGE_H
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -45,6 +46,12 @@ class KeyboardPage {
 
   // Null when the provider gives no list: types are listed for a stored language.
   std::optional<std::vector<Choice>> ReadChoices(SettingId id) const;
+
+  // The same, with none where there is no list.
+  std::vector<Choice> ReadChoicesIfAny(SettingId id) const;
+
+  // The types of all languages, in the order of their ids. Stores each language in turn.
+  std::map<std::string, Choice> ReadAllTypes() const;
 
   void Store(SettingId id, const std::string& value) const;
 

@@ -1,6 +1,7 @@
 #include "host_options.h"
 
 #include <regex>
+#include <utility>
 
 #include <CLI/CLI.hpp>
 
@@ -8,7 +9,16 @@
 #include "platform_setup.h"
 #include "ui_language.h"
 
-void AddHostOptions(CLI::App& app, HostOptions& options) {
+namespace {
+
+constexpr int kNameColumn = 27;
+
+}  // namespace
+
+void AddHostOptions(CLI::App& app, const char* version, HostOptions& options) {
+  app.set_version_flag("--version", app.get_name() + " " + version, "Print the version and exit");
+  app.get_formatter()->column_width(kNameColumn);
+  app.fallthrough();  // the options are good behind a command too
   const CLI::Validator locale(
       [](const std::string& text) {
         return std::regex_match(text, std::regex("[a-z]{2}(_[A-Z]{2})?"))
@@ -30,7 +40,7 @@ void AddHostOptions(CLI::App& app, HostOptions& options) {
       ->type_name("DIR");
   app.add_option("--device", options.device,
                  "device profile, a name or a file (default: $DEVINFO_PROFILE,\n"
-                 "or global); 'devices' lists the names")
+                 "or global); 'menu_host devices' lists them")
       ->check(given)
       ->type_name("PROFILE");
   app.add_option("--registry", options.registry,
@@ -46,6 +56,30 @@ void AddHostOptions(CLI::App& app, HostOptions& options) {
                  "the data provider (default: the one that is installed)")
       ->check(given)
       ->type_name("FILE");
+}
+
+CLI::Option* AddSetting(CLI::App& app, const char* name, const char* description,
+                        std::function<void(SettingId)> set) {
+  const auto take = [set = std::move(set)](const std::string& word) {
+    set(word == "type" ? SettingId::kType : SettingId::kLanguage);
+  };
+  return app.add_option_function<std::string>(name, take, description)
+      ->check([](const std::string& word) {
+        return word == "language" || word == "type" ? "" : "it cannot be '" + word + "'";
+      });
+}
+
+bool Parse(CLI::App& app, int argc, const char* const* argv) {
+  try {
+    app.parse(argc, argv);
+    return true;
+  } catch (const CLI::Success& help) {
+    app.exit(help);
+    return false;
+  } catch (const CLI::ParseError& error) {
+    throw UsageError(std::string(error.what()) + "\n'" + app.get_name() +
+                     " --help' has the commands and their options.");
+  }
 }
 
 Sources SetUpHost(const HostOptions& options) {

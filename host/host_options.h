@@ -2,13 +2,16 @@
 #ifndef HOST_HOST_OPTIONS_H
 #define HOST_HOST_OPTIONS_H
 
+#include <functional>
 #include <string>
 
+#include "KeyboardPage.h"
 #include "error.h"
 
 namespace CLI {
 class App;
-}
+class Option;
+}  // namespace CLI
 
 struct HostOptions {
   std::string ui_language = "en_US";
@@ -30,8 +33,17 @@ class UsageError : public HostError {
   using HostError::HostError;
 };
 
-// An option given twice counts as given the last time.
-void AddHostOptions(CLI::App& app, HostOptions& options);
+// To be called first of what is added to `app`, whose version is `version`. An option given twice
+// counts as given the last time.
+void AddHostOptions(CLI::App& app, const char* version, HostOptions& options);
+
+// An option or an argument that is "language" or "type".
+CLI::Option* AddSetting(CLI::App& app, const char* name, const char* description,
+                        std::function<void(SettingId)> set);
+
+// Returns whether there is anything left to do: not when the help or the version was asked for, and
+// shown. Throws UsageError for what cannot be understood.
+bool Parse(CLI::App& app, int argc, const char* const* argv);
 
 // Lets the platform find its files, but for the registry, which UseRegistry() does, and sets the
 // language of the interface. To be called before the plug-in is loaded. Throws HostError for what

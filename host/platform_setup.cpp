@@ -62,6 +62,8 @@ fs::path OwnStateFolder() {
 
 std::string OwnPlugin() { return BelowOwnRoot(HOST_PLUGIN); }
 
+std::string OwnFile(const std::string& path) { return BelowOwnRoot(path); }
+
 std::string UseRoot(const std::string& root) {
   const std::string wanted = OptionOr(root, kRootVariable);
   const fs::path used = wanted.empty() ? BelowOwnRoot("/") : fs::absolute(wanted);

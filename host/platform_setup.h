@@ -11,6 +11,9 @@
 // The plug-in below the program's own root.
 std::string OwnPlugin();
 
+// What a program installs at `path`, below the program's own root.
+std::string OwnFile(const std::string& path);
+
 // `root` is a folder that has the library's files where a device has them; empty for $ROOTFS_DIR,
 // or else the program's own root. Throws HostError if there are none.
 // Returns the root's path.

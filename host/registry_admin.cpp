@@ -10,7 +10,8 @@ namespace {
 
 std::string RegistryProblem(const char* action, const std::string& key, const char* reason) {
   return std::string("cannot ") + action + " '" + key + "' in the registry '" + FindRegistry("") +
-         "': " + reason + ". 'reset' empties one that is whole; otherwise take the file away.";
+         "': " + reason +
+         ". 'menu_host reset' empties one that is whole; otherwise take the file away.";
 }
 
 }  // namespace

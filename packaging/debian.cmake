@@ -1,6 +1,6 @@
-# Four packages: what a device gets, what a settings application is built with, what stands in for
-# the device's services on a developer's machine, and a settings application for a terminal. A
-# version has no Debian revision: the packages are made by the project itself.
+# The packages: what a device gets, what a settings application is built with, what stands in for
+# the device's services on a developer's machine, and settings applications for a terminal and a
+# screen. A version has no Debian revision: the packages are made by the project itself.
 
 set(MORVITH_PACKAGE_CONTACT "nobody <nobody@localhost>" CACHE STRING
   "Maintainer field of the packages, which Debian's format demands")
@@ -60,6 +60,19 @@ that is no television, and profiles of a few devices.")
     "Menu host for data providers, without a television\n\
 The menu_host command, which shows and sets the keyboard page in a terminal,\n\
 and finds what would trip a viewer up on it.")
+endif()
+
+if(TARGET menu_screen)
+  list(APPEND CPACK_COMPONENTS_ALL screen)
+  set(CPACK_COMPONENT_SCREEN_DEPENDS stand_ins)
+  set(CPACK_DEBIAN_SCREEN_PACKAGE_NAME morvith-menu-screen)
+  set(CPACK_DEBIAN_SCREEN_PACKAGE_SECTION utils)
+  set(CPACK_DEBIAN_SCREEN_PACKAGE_DEPENDS "fonts-noto-core, fonts-wqy-microhei")
+  set(CPACK_DEBIAN_SCREEN_PACKAGE_RECOMMENDS libmorvith-dataprovider)
+  set(CPACK_DEBIAN_SCREEN_DESCRIPTION
+    "Keyboard settings page on a screen, without a television\n\
+The menu_screen command, which shows the page as a viewer sees it, and measures\n\
+each of its texts in each language.")
 endif()
 
 include(CPack)

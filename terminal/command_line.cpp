@@ -4,8 +4,6 @@
 
 namespace {
 
-constexpr int kNameColumn = 27;
-
 constexpr char kFooter[] =
     "Examples:\n"
     "  menu_host list language  the choices\n"
@@ -22,17 +20,9 @@ constexpr char kFooter[] =
 constexpr char kCommandFooter[] = "The options of 'menu_host --help' are good here too.";
 
 void AddSettingArgument(CLI::App& command, Options& options) {
-  command
-      .add_option_function<std::string>(
-          "language|type",
-          [&options](const std::string& word) {
-            options.setting = word == "type" ? SettingId::kType : SettingId::kLanguage;
-          },
-          "which of the two settings")
+  AddSetting(command, "language|type", "which of the two settings",
+             [&options](SettingId id) { options.setting = id; })
       ->required()
-      ->check([](const std::string& word) {
-        return word == "language" || word == "type" ? "" : "it cannot be '" + word + "'";
-      })
       ->type_name("");
 }
 
@@ -46,7 +36,6 @@ CLI::App* AddCommand(CLI::App& app, Options& options, Command command, const cha
 
 void AddCommands(CLI::App& app, Options& options) {
   app.require_subcommand(0, 1);
-  app.fallthrough();  // the options are good behind a command too
   AddSettingArgument(
       *AddCommand(app, options, Command::kList, "list", "the choices, the current one marked"),
       options);
@@ -77,20 +66,9 @@ void AddCommands(CLI::App& app, Options& options) {
 
 bool ParseCommandLine(int argc, const char* const* argv, Options& options) {
   CLI::App app("Shows and sets the keyboard settings page, without a television.", "menu_host");
-  app.set_version_flag("--version", "menu_host " MENU_HOST_VERSION, "Print the version and exit");
-  app.get_formatter()->column_width(kNameColumn);
   app.footer(kFooter);
-  AddHostOptions(app, options);
+  AddHostOptions(app, MENU_HOST_VERSION, options);
   app.add_flag("--json", options.json, "print one JSON document, for scripts");
   AddCommands(app, options);
-  try {
-    app.parse(argc, argv);
-    return true;
-  } catch (const CLI::Success& help) {
-    app.exit(help);
-    return false;
-  } catch (const CLI::ParseError& error) {
-    throw UsageError(std::string(error.what()) +
-                     "\n'menu_host --help' has the commands and their options.");
-  }
+  return Parse(app, argc, argv);
 }

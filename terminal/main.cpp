@@ -2,9 +2,6 @@
 // and hands back what the user chose.
 
 #include <array>
-#include <cstdio>
-#include <exception>
-#include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -17,15 +14,13 @@
 #include "page_check.h"
 #include "platform_setup.h"
 #include "profile_check.h"
+#include "program.h"
 #include "provider_info.h"
 #include "registry_admin.h"
 #include "report.h"
 #include "ui_language.h"
 
 namespace {
-
-constexpr int kFailed = 1;
-constexpr int kUsage = 2;
 
 constexpr std::array kSettingKeys = {DATA_PROVIDER_LANGUAGE, DATA_PROVIDER_TYPE};
 
@@ -122,26 +117,13 @@ void Run(const Options& options) {
   }
 }
 
-int Fail(const std::exception& error, int status) {
-  std::fprintf(stderr, "menu_host: %s\n", error.what());
-  return status;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
-  try {
+  return RunProgram("menu_host", [&] {
     Options options;
     if (ParseCommandLine(argc, argv, options)) {
       Run(options);
     }
-    if (std::fflush(stdout) != 0 || !std::cout.flush()) {
-      throw HostError("cannot write to standard output");
-    }
-    return 0;
-  } catch (const UsageError& error) {
-    return Fail(error, kUsage);
-  } catch (const std::exception& error) {
-    return Fail(error, kFailed);
-  }
+  });
 }

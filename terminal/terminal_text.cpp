@@ -6,7 +6,6 @@
 
 namespace {
 
-constexpr gunichar kReplacement = 0xFFFD;
 constexpr std::size_t kGap = 2;
 
 std::size_t Width(const std::string& printable) {
@@ -32,19 +31,6 @@ std::vector<std::size_t> ColumnWidths(const std::vector<std::vector<std::string>
 }
 
 }  // namespace
-
-std::string Printable(const std::string& text) {
-  g_autofree gchar* valid = g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()));
-  std::string printable;
-  for (const gchar* at = valid; *at != '\0'; at = g_utf8_next_char(at)) {
-    const gunichar character = g_utf8_get_char(at);
-    char encoded[6];
-    const int length = g_unichar_to_utf8(
-        g_unichar_iscntrl(character) != FALSE ? kReplacement : character, encoded);
-    printable.append(encoded, static_cast<std::size_t>(length));
-  }
-  return printable;
-}
 
 std::vector<std::string> AlignColumns(const std::vector<std::vector<std::string>>& rows) {
   const std::vector<std::size_t> widths = ColumnWidths(rows);

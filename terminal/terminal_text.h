@@ -5,9 +5,7 @@
 #include <string>
 #include <vector>
 
-// `text` with what a terminal would not print as it stands (control characters, bytes that are not
-// UTF-8) replaced by U+FFFD.
-std::string Printable(const std::string& text);
+#include "printable.h"
 
 // Rows of printable cells as lines, each column as wide as its widest cell, two spaces between
 // columns and none at the end of a line.

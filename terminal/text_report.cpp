@@ -88,8 +88,7 @@ class TextReport : public Report {
 
   void Findings(const std::vector<Finding>& findings) override {
     for (const Finding& finding : findings) {
-      Print(Printable(finding.where + ": " + finding.item + " " + finding.problem + "; " +
-                      finding.remedy));
+      Print(Line(finding));
     }
   }
 };

@@ -1,8 +1,10 @@
-// What `menu_host check` has found.
-#ifndef TERMINAL_FINDING_H
-#define TERMINAL_FINDING_H
+// What a check has found.
+#ifndef HOST_FINDING_H
+#define HOST_FINDING_H
 
 #include <string>
+
+#include "printable.h"
 
 // Reads as a sentence: "keyboard ko_KR: type list has no choices; add keyboard_types for 'ko_KR'".
 struct Finding {
@@ -11,6 +13,11 @@ struct Finding {
   std::string problem;
   std::string remedy;
 };
+
+inline std::string Line(const Finding& finding) {
+  return Printable(finding.where + ": " + finding.item + " " + finding.problem + "; " +
+                   finding.remedy);
+}
 
 inline std::string Quoted(const std::string& text) { return "'" + text + "'"; }
 

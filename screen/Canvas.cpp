@@ -1,0 +1,253 @@
+#include "Canvas.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+
+#include <Efreet.h>
+#include <glib.h>
+
+#include "error.h"
+#include "fonts.h"
+#include "platform_setup.h"
+
+namespace {
+
+constexpr char kNothing[] = "\u2014";
+constexpr char kTextClass[] = "text";      // of the page
+constexpr char kHelpTextClass[] = "help";  // of the help layout
+constexpr int kSizeOfTheLayout = -100;     // per cent
+
+const std::map<std::string, RemoteKey> kKeys = {  // as X11 names them
+    {"Up", RemoteKey::kUp},         {"Down", RemoteKey::kDown},
+    {"Return", RemoteKey::kReturn}, {"KP_Enter", RemoteKey::kReturn},
+    {"Select", RemoteKey::kReturn}, {"Escape", RemoteKey::kBack},
+    {"XF86Back", RemoteKey::kBack}, {"BackSpace", RemoteKey::kBack}};
+
+void StartEfl() {
+  // Neither the session's services nor the desktop's menus are any concern of a television's page.
+  ecore_app_no_system_modules();
+  setenv("XDG_RUNTIME_DIR", g_get_tmp_dir(), 0);  // EFL ends the process where it can make none
+  efreet_cache_disable();
+  if (ecore_evas_init() == 0 || edje_init() == 0) {
+    throw HostError("EFL cannot be started");
+  }
+}
+
+// EFL takes a buffer where there is no display.
+Window OpenWindow() {
+  // It complains of each kind of display that it is built without.
+  eina_log_domain_level_set("eina_safety", EINA_LOG_LEVEL_CRITICAL);
+  Window window(ecore_evas_new(nullptr, 0, 0, 1, 1, nullptr));
+  eina_log_domain_level_set("eina_safety", EINA_LOG_LEVEL_ERR);
+  if (window == nullptr || ecore_evas_engine_name_get(window.get()) == std::string("buffer")) {
+    throw HostError("there is no display to open a window on; --picture FILE.png needs none");
+  }
+  return window;
+}
+
+void SetText(Evas_Object* object, const std::string& part, const std::string& text) {
+  edje_object_part_text_set(object, part.c_str(), text.c_str());
+}
+
+void Switch(Evas_Object* object, const char* signal, bool is_on) {
+  edje_object_signal_emit(object, signal, is_on ? "on" : "off");
+}
+
+std::string ChoicePart(std::size_t index) { return "choice." + std::to_string(index); }
+
+// The first choice that is shown of a list that scrolls with its focus in the middle.
+std::size_t FirstShown(std::size_t focused, std::size_t count, std::size_t places) {
+  const std::size_t before = focused - std::min(focused, places / 2);
+  return std::min(before, count - std::min(count, places));
+}
+
+}  // namespace
+
+Canvas::Canvas(Target target, const std::string& layout) {
+  StartEfl();
+  const bool is_window = target == Target::kWindow;
+  m_window = is_window ? OpenWindow() : Window(ecore_evas_buffer_new(1, 1));
+  m_slides = is_window;
+  m_page = edje_object_add(ecore_evas_get(m_window.get()));
+  if (edje_object_file_set(m_page, layout.c_str(), "page") == EINA_FALSE) {
+    throw HostError("cannot use the layout '" + layout +
+                    "': " + edje_load_error_str(edje_object_load_error_get(m_page)));
+  }
+  while (Evas_Object* choice = Nested(ChoicePart(m_choices.size()))) {
+    m_choices.push_back(choice);
+  }
+  edje_object_size_min_get(m_page, &m_width, &m_height);
+  ecore_evas_resize(m_window.get(), m_width, m_height);
+  ecore_evas_data_set(m_window.get(), "canvas", this);
+  ecore_evas_callback_resize_set(m_window.get(), [](Ecore_Evas* window) {
+    static_cast<Canvas*>(ecore_evas_data_get(window, "canvas"))->Resize();
+  });
+  ecore_evas_callback_delete_request_set(m_window.get(), [](Ecore_Evas*) { Leave(); });
+  evas_object_event_callback_add(
+      m_page, EVAS_CALLBACK_KEY_DOWN,
+      [](void* canvas, Evas*, Evas_Object*, void* event) {
+        const auto* down = static_cast<Evas_Event_Key_Down*>(event);
+        static_cast<Canvas*>(canvas)->Press(down->key, down->timestamp);
+      },
+      this);
+  evas_object_event_callback_add(
+      m_page, EVAS_CALLBACK_KEY_UP,
+      [](void* canvas, Evas*, Evas_Object*, void* event) {
+        const auto* up = static_cast<Evas_Event_Key_Up*>(event);
+        static_cast<Canvas*>(canvas)->m_released = {up->key, up->timestamp};
+      },
+      this);
+  evas_object_focus_set(m_page, EINA_TRUE);
+  Resize();
+  evas_object_show(m_page);
+  ecore_evas_title_set(m_window.get(), "menu_screen");
+  ecore_evas_show(m_window.get());
+}
+
+Canvas::~Canvas() {
+  m_window.reset();
+  edje_shutdown();
+  ecore_evas_shutdown();
+}
+
+void Canvas::Resize() {
+  int width = 0;
+  int height = 0;
+  ecore_evas_geometry_get(m_window.get(), nullptr, nullptr, &width, &height);
+  edje_object_scale_set(m_page, std::min(static_cast<double>(width) / m_width,
+                                         static_cast<double>(height) / m_height));
+  evas_object_resize(m_page, width, height);
+}
+
+Evas_Object* Canvas::Nested(const std::string& part) const {
+  return edje_object_part_exists(m_page, part.c_str()) != EINA_FALSE
+             ? edje_object_part_swallow_get(m_page, part.c_str())
+             : nullptr;
+}
+
+void Canvas::SetLanguage(const std::string& locale) {
+  m_font = FontFor(locale);
+  edje_text_class_set(kTextClass, m_font.c_str(), kSizeOfTheLayout);
+}
+
+void Canvas::Show(const PageState& state) {
+  SetText(m_page, "title", state.head().title);
+  const auto* title = edje_object_part_object_get(m_page, "title");
+  Mirror(evas_object_text_direction_get(title) == EVAS_BIDI_DIRECTION_RTL);
+  ShowRow("language", state.row(SettingId::kLanguage), state.focused() == SettingId::kLanguage);
+  ShowRow("type", state.row(SettingId::kType), state.focused() == SettingId::kType);
+  const Setting& focused = state.row(state.focused()).setting;
+  ShowHelp(state.head(), focused);
+  ShowList(state.list(), focused);
+  edje_message_signal_process();
+}
+
+void Canvas::Mirror(bool is_mirrored) {
+  edje_object_mirrored_set(m_page, is_mirrored ? EINA_TRUE : EINA_FALSE);
+  std::vector<Evas_Object*> objects = {m_page, Nested("language"), Nested("type")};
+  objects.insert(objects.end(), m_choices.begin(), m_choices.end());
+  for (Evas_Object* object : objects) {
+    Switch(object, "mirrored", is_mirrored);
+  }
+}
+
+void Canvas::ShowRow(const char* part, const Row& row, bool focused) const {
+  Evas_Object* object = Nested(part);
+  const Setting& setting = row.setting;
+  SetText(object, "name", setting.name);
+  const bool is_odd = setting.value && !setting.text;
+  SetText(object, "value", is_odd ? "" : setting.text.value_or(kNothing));
+  SetText(object, "odd", is_odd ? *setting.value : "");
+  Switch(object, "trouble", row.failed);
+  Switch(object, "focus", focused);
+}
+
+void Canvas::LoadHelp(const std::string& image) {
+  const bool has_layout = image.ends_with(".edj");
+  const std::string file = LocateFile(image);
+  Evas* evas = ecore_evas_get(m_window.get());
+  m_help = has_layout ? edje_object_add(evas) : evas_object_image_filled_add(evas);
+  bool is_loaded = false;
+  if (has_layout) {
+    is_loaded = edje_object_file_set(m_help, file.c_str(), "help") != EINA_FALSE;
+  } else {
+    evas_object_image_file_set(m_help, file.c_str(), nullptr);
+    is_loaded = evas_object_image_load_error_get(m_help) == EVAS_LOAD_ERROR_NONE;
+  }
+  m_has_picture = is_loaded;
+  if (!is_loaded) {
+    std::fprintf(stderr, "menu_screen: cannot show the help picture '%s'\n", file.c_str());
+  }
+  Switch(m_page, "help.trouble", !is_loaded);
+  edje_object_part_swallow(m_page, has_layout && is_loaded ? "help.layout" : "help.picture",
+                           m_help);
+  m_help_text = has_layout && is_loaded ? Place{m_help, "help"} : Place{m_page, "help.text"};
+}
+
+void Canvas::ShowHelp(const PageHead& head, const Setting& setting) {
+  if (m_help == nullptr) {
+    LoadHelp(head.help_image);
+  }
+  if (m_help_text.object == m_help) {
+    edje_object_text_class_set(m_help, kHelpTextClass, m_font.c_str(), kSizeOfTheLayout);
+    edje_object_signal_emit(m_help, "language", "");
+    SetText(m_help, "title", setting.name);
+  }
+  ShowHelpText(setting.help);
+}
+
+void Canvas::ShowHelpText(const std::string& text) {
+  edje_object_part_text_unescaped_set(m_help_text.object, m_help_text.part, text.c_str());
+}
+
+void Canvas::ShowList(const std::optional<OpenList>& list, const Setting& setting) {
+  const std::string moves = m_slides ? "slide," : "";
+  edje_object_signal_emit(m_page, "list", (moves + (list ? "on" : "off")).c_str());
+  if (!list) {
+    return;
+  }
+  const std::size_t count = list->choices.size();
+  const std::size_t first = FirstShown(list->focused, count, m_choices.size());
+  SetText(m_page, "list.title", setting.name);
+  SetText(m_page, "list.position",
+          count == 0 ? "" : std::to_string(list->focused + 1) + " / " + std::to_string(count));
+  Switch(m_page, "list.trouble", count == 0);
+  Switch(m_page, "list.above", first > 0);
+  Switch(m_page, "list.below", first + m_choices.size() < count);
+  for (std::size_t i = 0; i < m_choices.size(); ++i) {
+    const std::size_t shown = first + i;
+    SetText(m_choices[i], "text", shown < count ? list->choices[shown].text : "");
+    Switch(m_choices[i], "focus", shown < count && shown == list->focused);
+    Switch(m_choices[i], "mark", shown < count && shown == list->current);
+  }
+}
+
+void Canvas::Press(const std::string& key, unsigned int time) {
+  const bool reads_from_right = edje_object_mirrored_get(m_page) != EINA_FALSE;
+  if (key == (reads_from_right ? "Right" : "Left")) {
+    return m_on_key(RemoteKey::kToPage);
+  }
+  const auto found = kKeys.find(key);
+  // A key that is held is released and pressed again at once: it moves on, and chooses once.
+  const bool is_held = m_released == std::pair(key, time);
+  const bool moves = key == "Up" || key == "Down";
+  if (found != kKeys.end() && (moves || !is_held)) {
+    m_on_key(found->second);
+  }
+}
+
+void Canvas::SavePicture(const std::string& file) {
+  ecore_evas_manual_render(m_window.get());
+  Evas_Object* picture = evas_object_image_filled_add(ecore_evas_get(m_window.get()));
+  evas_object_image_size_set(picture, m_width, m_height);
+  evas_object_image_alpha_set(picture, EINA_FALSE);
+  void* pixels = const_cast<void*>(ecore_evas_buffer_pixels_get(m_window.get()));
+  evas_object_image_data_set(picture, pixels);
+  const bool is_saved = evas_object_image_save(picture, file.c_str(), nullptr, "compress=9") != 0;
+  evas_object_del(picture);
+  if (!is_saved) {
+    throw HostError("cannot write the picture '" + file + "'");
+  }
+}
