@@ -4,12 +4,14 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <iterator>
 #include <regex>
 #include <set>
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include "KeyboardPage.h"
 #include "conversation.h"
 #include "fake_platform.h"
 
@@ -95,6 +97,31 @@ TEST(Provider, KnowsTheLanguagesThatAreDocumented) {
   }
   const auto count = std::ranges::count(answer, '\n');
   EXPECT_EQ(Conversation().Say(order), std::to_string(count) + "\n" + answer);
+}
+
+std::string AllTypes(const char* configuration) {
+  ResetPlatform();
+  for (int id = 0; id < 200; ++id) {  // those that are no language's are left out
+    Platform().settings["languages"] += " " + std::to_string(id);
+  }
+  std::ifstream file(configuration);
+  InstallKeyboardConfig({std::istreambuf_iterator<char>(file), {}});
+  const Provider provider(PluginUnderTest());
+  const KeyboardPage page(provider);
+  std::string types;
+  for (const Choice& language : page.ReadChoicesIfAny(SettingId::kLanguage)) {
+    page.Store(SettingId::kLanguage, language.value);
+    for (const Choice& type : page.ReadChoicesIfAny(SettingId::kType)) {
+      types += type.value + " | " + type.text + "\n";
+    }
+  }
+  return types;
+}
+
+TEST(Provider, ReadsInWhatIsInstalledAllThatItsSourceHas) {
+  const std::string types = AllTypes(TEST_CONFIGURATION);
+  EXPECT_NE(types, "");
+  EXPECT_EQ(AllTypes(TEST_INSTALLED_CONFIGURATION), types);
 }
 
 TEST(Provider, CutsTextsOfTypesAtTheLastByteThatFits) {
