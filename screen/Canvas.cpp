@@ -47,6 +47,11 @@ Window OpenWindow() {
   return window;
 }
 
+template <typename Event, auto Handle>
+void Call(void* canvas, Evas* /*evas*/, Evas_Object* /*object*/, void* event) {
+  (static_cast<Canvas*>(canvas)->*Handle)(*static_cast<Event*>(event));
+}
+
 void SetText(Evas_Object* object, const std::string& part, const std::string& text) {
   edje_object_part_text_set(object, part.c_str(), text.c_str());
 }
@@ -85,20 +90,10 @@ Canvas::Canvas(Target target, const std::string& layout) {
     static_cast<Canvas*>(ecore_evas_data_get(window, "canvas"))->Resize();
   });
   ecore_evas_callback_delete_request_set(m_window.get(), [](Ecore_Evas*) { Leave(); });
-  evas_object_event_callback_add(
-      m_page, EVAS_CALLBACK_KEY_DOWN,
-      [](void* canvas, Evas*, Evas_Object*, void* event) {
-        const auto* down = static_cast<Evas_Event_Key_Down*>(event);
-        static_cast<Canvas*>(canvas)->Press(down->key, down->timestamp);
-      },
-      this);
-  evas_object_event_callback_add(
-      m_page, EVAS_CALLBACK_KEY_UP,
-      [](void* canvas, Evas*, Evas_Object*, void* event) {
-        const auto* up = static_cast<Evas_Event_Key_Up*>(event);
-        static_cast<Canvas*>(canvas)->m_released = {up->key, up->timestamp};
-      },
-      this);
+  evas_object_event_callback_add(m_page, EVAS_CALLBACK_KEY_DOWN,
+                                 Call<Evas_Event_Key_Down, &Canvas::Press>, this);
+  evas_object_event_callback_add(m_page, EVAS_CALLBACK_KEY_UP,
+                                 Call<Evas_Event_Key_Up, &Canvas::Release>, this);
   evas_object_focus_set(m_page, EINA_TRUE);
   Resize();
   evas_object_show(m_page);
@@ -169,21 +164,19 @@ void Canvas::LoadHelp(const std::string& image) {
   const std::string file = LocateFile(image);
   Evas* evas = ecore_evas_get(m_window.get());
   m_help = has_layout ? edje_object_add(evas) : evas_object_image_filled_add(evas);
-  bool is_loaded = false;
   if (has_layout) {
-    is_loaded = edje_object_file_set(m_help, file.c_str(), "help") != EINA_FALSE;
+    m_has_picture = edje_object_file_set(m_help, file.c_str(), "help") != EINA_FALSE;
   } else {
     evas_object_image_file_set(m_help, file.c_str(), nullptr);
-    is_loaded = evas_object_image_load_error_get(m_help) == EVAS_LOAD_ERROR_NONE;
+    m_has_picture = evas_object_image_load_error_get(m_help) == EVAS_LOAD_ERROR_NONE;
   }
-  m_has_picture = is_loaded;
-  if (!is_loaded) {
+  if (!m_has_picture) {
     std::fprintf(stderr, "menu_screen: cannot show the help picture '%s'\n", file.c_str());
   }
-  Switch(m_page, "help.trouble", !is_loaded);
-  edje_object_part_swallow(m_page, has_layout && is_loaded ? "help.layout" : "help.picture",
+  Switch(m_page, "help.trouble", !m_has_picture);
+  edje_object_part_swallow(m_page, has_layout && m_has_picture ? "help.layout" : "help.picture",
                            m_help);
-  m_help_text = has_layout && is_loaded ? Place{m_help, "help"} : Place{m_page, "help.text"};
+  m_help_text = has_layout && m_has_picture ? Place{m_help, "help"} : Place{m_page, "help.text"};
 }
 
 void Canvas::ShowHelp(const PageHead& head, const Setting& setting) {
@@ -198,7 +191,7 @@ void Canvas::ShowHelp(const PageHead& head, const Setting& setting) {
   ShowHelpText(setting.help);
 }
 
-void Canvas::ShowHelpText(const std::string& text) {
+void Canvas::ShowHelpText(const std::string& text) const {
   edje_object_part_text_unescaped_set(m_help_text.object, m_help_text.part, text.c_str());
 }
 
@@ -224,14 +217,17 @@ void Canvas::ShowList(const std::optional<OpenList>& list, const Setting& settin
   }
 }
 
-void Canvas::Press(const std::string& key, unsigned int time) {
+void Canvas::Release(const Evas_Event_Key_Up& event) { m_released = {event.key, event.timestamp}; }
+
+void Canvas::Press(const Evas_Event_Key_Down& event) {
+  const std::string key = event.key;
   const bool reads_from_right = edje_object_mirrored_get(m_page) != EINA_FALSE;
   if (key == (reads_from_right ? "Right" : "Left")) {
     return m_on_key(RemoteKey::kToPage);
   }
   const auto found = kKeys.find(key);
   // A key that is held is released and pressed again at once: it moves on, and chooses once.
-  const bool is_held = m_released == std::pair(key, time);
+  const bool is_held = m_released == std::pair(key, event.timestamp);
   const bool moves = key == "Up" || key == "Down";
   if (found != kKeys.end() && (moves || !is_held)) {
     m_on_key(found->second);

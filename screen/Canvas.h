@@ -57,7 +57,7 @@ class Canvas {
   Evas_Object* page() const { return m_page; }
   Evas_Object* Nested(const std::string& part) const;
   Place help_text() const { return m_help_text; }
-  void ShowHelpText(const std::string& text);
+  void ShowHelpText(const std::string& text) const;
   bool has_picture() const { return m_has_picture; }  // once a page was shown
 
  private:
@@ -67,7 +67,8 @@ class Canvas {
   void LoadHelp(const std::string& image);
   void ShowHelp(const PageHead& head, const Setting& setting);
   void ShowList(const std::optional<OpenList>& list, const Setting& setting);
-  void Press(const std::string& key, unsigned int time);
+  void Press(const Evas_Event_Key_Down& event);
+  void Release(const Evas_Event_Key_Up& event);
 
   Window m_window;
   Evas_Object* m_page = nullptr;  // these are the window's own

@@ -59,9 +59,7 @@ void Check(const std::string& plugin, const std::string& layout) {
   for (const Finding& finding : findings) {
     std::printf("%s\n", Line(finding).c_str());
   }
-  if (!findings.empty()) {
-    throw HostError("findings: " + std::to_string(findings.size()));
-  }
+  ThrowIfAny(findings);
 }
 
 void Show(const Options& options, const std::string& plugin, const std::string& layout) {

@@ -16,10 +16,7 @@ namespace {
 class TextCheck {
  public:
   TextCheck(const KeyboardPage& page, Canvas& canvas)
-      : m_page(page),
-        m_canvas(canvas),
-        m_letters(InstalledLetters()),
-        m_types(page.ReadAllTypes()) {}
+      : m_page(page), m_canvas(canvas), m_types(page.ReadAllTypes()) {}
 
   std::vector<Finding> Run() {
     for (const Choice& language : m_page.ReadChoicesIfAny(SettingId::kLanguage)) {
@@ -134,7 +131,7 @@ class TextCheck {
 
   const KeyboardPage& m_page;
   Canvas& m_canvas;
-  Letters m_letters;
+  Letters m_letters = InstalledLetters();
   std::map<std::string, Choice> m_types;
   std::string m_where;
   std::set<std::string> m_reported;

@@ -75,9 +75,7 @@ std::vector<Finding> FindAll(const std::string& plugin, const std::string& profi
 void Check(const std::string& plugin, const std::string& profile, Report& report) {
   const std::vector<Finding> findings = FindAll(plugin, profile);
   report.Findings(findings);
-  if (!findings.empty()) {
-    throw HostError("findings: " + std::to_string(findings.size()));
-  }
+  ThrowIfAny(findings);
 }
 
 void RunOnPage(const Options& options, const std::string& plugin, Report& report) {

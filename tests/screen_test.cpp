@@ -188,7 +188,7 @@ TEST(Canvas, ChoosesOnceWhileAKeyIsHeldAndGrowsWithTheWindow) {
   Screen screen(opened.page, "en_US");
   const int height = screen.TextBox("title").h;
   screen.Resize(960, 540);
-  EXPECT_NEAR(screen.TextBox("title").h, height / 2, 2);
+  EXPECT_NEAR(screen.TextBox("title").h, height / 2.0, 2);
   screen.Press("Return");
   screen.Hold("Return");
   EXPECT_TRUE(screen.IsShown("", "list"));
