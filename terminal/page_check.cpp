@@ -34,7 +34,7 @@ class PageCheck {
   explicit PageCheck(const KeyboardPage& page) : m_page(page) {
     UseUiLanguage(kNoLanguage);
     m_ids = page.ReadTexts();
-    m_languages = ReadChoices(SettingId::kLanguage);
+    m_languages = m_page.ReadChoicesIfAny(SettingId::kLanguage);
     m_known_ids.insert(m_ids.begin(), m_ids.end());
     for (const Choice& language : m_languages) {
       m_known_ids.insert(language.text);
@@ -72,7 +72,7 @@ class PageCheck {
     if (!CheckStored(SettingId::kLanguage, locale)) {
       return;
     }
-    const std::vector<Choice> types = ReadChoices(SettingId::kType);
+    const std::vector<Choice> types = m_page.ReadChoicesIfAny(SettingId::kType);
     if (types.empty()) {
       m_without_types.push_back(locale);
       return;
@@ -149,10 +149,6 @@ class PageCheck {
     }
   }
 
-  std::vector<Choice> ReadChoices(SettingId id) const {
-    return m_page.ReadChoices(id).value_or(std::vector<Choice>());
-  }
-
   bool IsTranslated(const Shown& shown) const { return !m_known_ids.contains(shown.text); }
 
   // The page's texts, then the languages' names, each once though several languages may share it.
@@ -162,7 +158,7 @@ class PageCheck {
     for (std::size_t i = 0; i < std::min(m_ids.size(), texts.size()); ++i) {
       shown.push_back({m_ids[i], texts[i]});
     }
-    const std::vector<Choice> choices = ReadChoices(SettingId::kLanguage);
+    const std::vector<Choice> choices = m_page.ReadChoicesIfAny(SettingId::kLanguage);
     std::set<std::string> known;
     for (std::size_t i = 0; i < std::min(m_languages.size(), choices.size()); ++i) {
       if (known.insert(m_languages[i].text).second) {
