@@ -14,6 +14,7 @@ import subprocess
 import tempfile
 import unittest
 
+EMULATOR = os.environ["EMULATOR"].split()
 MENU_HOST = pathlib.Path(os.environ["MENU_HOST"])
 BAD_PROVIDER = os.environ["BAD_PROVIDER"]
 ROOT = MENU_HOST.parents[2]
@@ -111,7 +112,7 @@ class MenuHostTest(unittest.TestCase):
         self.addCleanup(folder.cleanup)
         self.folder = pathlib.Path(folder.name)
         self.registry = self.folder / "registry.db"
-        self.command = [MENU_HOST, "--registry", self.registry]
+        self.command = [*EMULATOR, MENU_HOST, "--registry", self.registry]
         self.environment = {**os.environ, "TMPDIR": folder.name}
 
     def host(self, *arguments, status=0, **options):
