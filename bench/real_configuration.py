@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 """Writes a keyboard configuration of real size: every layout and variant that the evdev rules of
-xkb-data list, and every locale that one of them is for; only the members that the library reads.
+xkb-data list, and every locale that one of them is for. It has the form in which one is installed.
 Arguments: the file to write, and how many times to write it all, for other boards and locales."""
 
 import itertools
@@ -43,8 +43,8 @@ def main(output, copies):
                     "keyboard_types": [f"{stem}_ibm105{suffix}" for stem in stems]}
                    for suffix in suffixes for locale, stems in locales.items()]
     document = {"keyboard_name_map": name_rows, "lang_local_keyboard_type_table": locale_rows}
-    rows = json.dumps(document, ensure_ascii=False).replace("}, ", "},\n    ")  # as people write
-    pathlib.Path(output).write_text(rows, encoding="utf-8")
+    installed = json.dumps(document, ensure_ascii=False, separators=(",", ":"))
+    pathlib.Path(output).write_text(installed, encoding="utf-8")
 
 
 if __name__ == "__main__":
