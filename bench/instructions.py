@@ -1,6 +1,8 @@
 #!/usr/bin/python3
-"""Counts the instructions of each request under callgrind, and fails if one takes over 5 percent
-more than is kept in instructions.json. Arguments: the folder of the build; --accept keeps them."""
+"""Counts the instructions of each request under callgrind, those of a page on arm64 as well, and
+what is held of the heap afterwards. Fails if one takes over 5 percent more than is kept in
+instructions.json. Arguments: the folders of this machine's build and of that for arm64; --accept
+keeps the figures."""
 
 import json
 import math
@@ -19,26 +21,54 @@ ACCEPT = "scripts/bench --instructions --accept"
 # depends on where the texts happen to lie: they do not count, the calls of them do.
 STRING_FUNCTION = "/multiarch/"
 
+EMULATOR = ["qemu-aarch64", "-cpu", "cortex-a53"]  # a common processor of televisions
+
 CONSTRUCTOR = r":_GLOBAL__sub_I_\S+ \[.*/libmorvith_dataprovider\.so\]$"
 
 
 def count(build):
-    """Instructions by the request's name, with "/floor" those of its floor; and of the static
-    set-up, which is a part of loading."""
+    """Instructions by the request's name, with "/floor" those of its floor; of the static set-up,
+    which is a part of loading; and of each step of a page."""
     counts = {}
+    for name, dump in callgrind(f"{build}/bin/measure", "--benchmark_format=json",
+                                "--benchmark_min_time=0", "--benchmark_repetitions=2"):
+        counts[name] = total(dump, "PROGRAM TOTALS") - total(dump, STRING_FUNCTION)
+        if name == "unload and load":
+            counts["static set-up"] = total(dump, CONSTRUCTOR, "--inclusive=yes")
+    for step, dump in callgrind(f"{build}/bin/page"):
+        counts[f"page, {step}"] = total(dump, "PROGRAM TOTALS") - total(dump, STRING_FUNCTION)
+    return counts
+
+
+def callgrind(*command):
+    """Runs a program, and gives the name and the file of each dump that it asks for."""
     with tempfile.TemporaryDirectory() as folder:
         subprocess.run(["valgrind", "--quiet", "--tool=callgrind",
-                        f"--callgrind-out-file={folder}/out", f"{build}/bin/measure",
-                        "--benchmark_format=json", "--benchmark_min_time=0",
-                        "--benchmark_repetitions=2"],
+                        f"--callgrind-out-file={folder}/out", *command],
                        env={"PATH": os.environ["PATH"]}, stdout=subprocess.DEVNULL, check=True)
         dumps = pathlib.Path(folder).glob("out.*")
         for dump in sorted(dumps, key=lambda file: int(file.suffix[1:])):
-            name = re.search(r"^desc: Trigger: Client Request: (.*)$", dump.read_text(), re.M)[1]
-            counts[name] = total(dump, "PROGRAM TOTALS") - total(dump, STRING_FUNCTION)
-            if name == "unload and load":
-                counts["static set-up"] = total(dump, CONSTRUCTOR, "--inclusive=yes")
-    return counts
+            yield re.search(r"^desc: Trigger: Client Request: (.*)$", dump.read_text(), re.M)[1], dump
+
+
+def count_on_arm64(build, arm64_build):
+    """Instructions of each step of a page, counted by a plug-in of the emulator."""
+    counter = f"{build}/lib/libinstruction_counter.so"
+    page = subprocess.run([*EMULATOR, "-plugin", counter, f"{arm64_build}/bin/page"],
+                          capture_output=True, check=True, text=True)
+    counts = [int(line) for line in page.stderr.splitlines()]
+    return {f"page on arm64, {step}": end - begin for step, begin, end
+            in zip(json.loads(page.stdout), counts[::2], counts[1::2], strict=True)}
+
+
+def heap(*page):
+    """What is held of the heap, in bytes, when a page has been shown: unloading gives back what is
+    the library's own."""
+    # Else the heap takes a few of the blocks that are free for held.
+    exact = {**os.environ, "GLIBC_TUNABLES": "glibc.malloc.tcache_count=0"}
+    held = json.loads(subprocess.run(page, env=exact, capture_output=True, check=True).stdout)
+    return {"heap of the library": held["later page"] - held["unload"],
+            "heap of what it calls": held["unload"]}
 
 
 def total(dump, function, *options):
@@ -49,8 +79,12 @@ def total(dump, function, *options):
     return sum(int(figure.replace(",", "")) for figure in figures)
 
 
-def main(build, *options):
+def main(build, arm64_build, *options):
     found = {name: figure for name, figure in count(build).items() if not name.endswith("/floor")}
+    found |= count_on_arm64(build, arm64_build)
+    found |= {f"{name}, bytes": size for name, size in heap(f"{build}/bin/page").items()}
+    found |= {f"{name} on arm64, bytes": size
+              for name, size in heap(*EMULATOR, f"{arm64_build}/bin/page").items()}
     if "--accept" in options:
         KEPT.write_text(json.dumps(found, indent=2) + "\n")
         return 0
@@ -60,7 +94,7 @@ def main(build, *options):
         before, now = kept.get(name, 0), found.get(name, 0)
         change = now / before - 1 if before and now else math.inf
         remark = " TOO MANY" if change > TOLERANCE else " fewer" if change < -TOLERANCE else ""
-        print(f"{name}: {now} instructions, {before} kept ({change:+.1%}){remark}")
+        print(f"{name}: {now}, {before} kept ({change:+.1%}){remark}")
         failed = failed or change > TOLERANCE
     if failed:
         print(f"Profile {build}/bin/measure with callgrind; if it has to be so: {ACCEPT}",
