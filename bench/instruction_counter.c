@@ -1,5 +1,5 @@
 // A plug-in of the emulator qemu-aarch64: counts the instructions of the program that it runs, and
-// prints the count, a line each time, where the program writes nothing to a file.
+// prints the count on a line whenever the program writes zero bytes.
 #include <inttypes.h>
 #include <stddef.h>
 #include <stdio.h>

@@ -141,12 +141,6 @@ void Load(Library& library) {
   library = std::make_unique<Provider>(BENCH_PLUGIN);
 }
 
-void AskPage(Library& library) {
-  for (const Work ask : {AskNames, AskHelpTexts, AskHelpImage, AskValue, AskLanguages, AskTypes}) {
-    ask(library);
-  }
-}
-
 const Request kRequests[] = {
     {"first type list, real size", AskTypes, ParseConfiguration, BENCH_ROOTS "/real_x1", Load},
     {"first type list, 10 times real size", AskTypes, ParseConfiguration, BENCH_ROOTS "/real_x10",

@@ -23,7 +23,4 @@ extern const Request kRequests[11];
 // Anew, if it is loaded: it has not read its configuration.
 void Load(Library& library);
 
-// All that is shown of the page, in Korean.
-void AskPage(Library& library);
-
 #endif

@@ -14,8 +14,8 @@ constexpr char kNameTable[] = "keyboard_name_map";
 constexpr char kLocaleTable[] = "lang_local_keyboard_type_table";
 constexpr char kKeyboardTypes[] = "keyboard_types";
 
-using NameTable = TextMap<std::string>;
-using LocaleTable = TextMap<std::vector<std::string>>;
+using NameTable = std::unordered_map<std::string, std::string, TextHash>;
+using LocaleTable = std::unordered_map<std::string, std::vector<std::string>>;
 
 // What an element callback fills. An exception must not pass through JSON-GLib's frames: the
 // callback leaves it here, and the elements that follow are not read.
