@@ -103,7 +103,7 @@ def main(build, arm64_build, *options):
         print(f"{name}: {now}, {before} kept ({change:+.1%}){remark}")
         failed = failed or is_too_many
     if failed:
-        print(f"Profile {build}/bin/measure with callgrind; if it has to be so: {ACCEPT}",
+        print(f"Profile {build}/bin/measure or page with callgrind; if it has to be so: {ACCEPT}",
               file=sys.stderr)
     return int(failed)
 

@@ -1,5 +1,5 @@
-# A television's processor, built for on a Debian machine of another: Debian's cross compiler and
-# arm64 packages, and an emulator that runs what is made.
+# For a television's processor, on a Debian machine that has another: by Debian's cross compiler and
+# arm64 packages, and with an emulator that runs what is made.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR aarch64)
 set(CMAKE_C_COMPILER aarch64-linux-gnu-gcc)
