@@ -90,7 +90,7 @@ std::unordered_map<sys_lang_id, LanguageInfo> BuildLanguageTable() {
   std::unordered_map<sys_lang_id, LanguageInfo> table;
   table.reserve(std::size(kLanguageRows));
   for (const LanguageRow& row : kLanguageRows) {
-    table.try_emplace(row.id, LanguageInfo{row.lang_sid, row.lang_local});
+    table.emplace(row.id, LanguageInfo{row.lang_sid, row.lang_local});
   }
   return table;
 }

@@ -51,15 +51,15 @@ DIALOGUE = (
     ("get language", 1, ["nothing is stored"]),
     ("list", 2, ["language|type is required"]),
     ("devices --device europe", 0, ["* europe     /", "  global     /"]),
-    (f"--registry {BAD_PROVIDER}", 1, [f"registry '{BAD_PROVIDER}': file is not a database"]),
-    (f"--registry {BAD_PROVIDER} reset", 1, ["cannot forget ", "file is not a database"]),
+    (f"--registry '{BAD_PROVIDER}'", 1, [f"registry '{BAD_PROVIDER}': file is not a database"]),
+    (f"--registry '{BAD_PROVIDER}' reset", 1, ["cannot forget ", "file is not a database"]),
     ("--ui-language eo_EO", 1, ["no catalogue for the language 'eo_EO'", ", zh_TW, zu."]),
     ("--device moon", 1, ["no device profile 'moon'", "europe, global, prototype"]),
     ("--device /etc/passwd", 1, ["'/etc/passwd' is no key file: Key file contains line"]),
     ("--root /nowhere", 1, ["'/nowhere/usr/share/lib-morvith-tv'", "name a root that has it.\n"]),
     ("--plugin /nowhere.so", 1, ["cannot load the plug-in: /nowhere.so"]),
-    (f"--plugin {next(ROOT.glob('usr/lib/*/libqlog.so'))}", 1, ["does not export create_provider"]),
-    (f"--plugin {BAD_PROVIDER}", 1, ["left the slot set_int empty"]),
+    (f"--plugin '{next(ROOT.glob('usr/lib/*/libqlog.so'))}'", 1, ["does not export create_provider"]),
+    (f"--plugin '{BAD_PROVIDER}'", 1, ["left the slot set_int empty"]),
 )
 
 
