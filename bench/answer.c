@@ -2,6 +2,7 @@
 
 #include <stdio.h>
 #include <time.h>
+#include <valgrind/callgrind.h>
 
 // Nanoseconds of the processor that this process has used.
 static double processor_time(void) {
@@ -23,7 +24,9 @@ static long peak_memory_kib(void) {
 
 int measure_answers(int (*answer)(void), int repetitions) {
   const double loaded = processor_time();
+  CALLGRIND_ZERO_STATS;
   const int types = answer();
+  CALLGRIND_DUMP_STATS_AT("first answer");
   const double answered = processor_time();
   const long peak = peak_memory_kib();
   for (int i = 0; i < repetitions; ++i) {

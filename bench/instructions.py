@@ -37,11 +37,11 @@ def count(build):
     counts = {}
     for name, dump in callgrind(f"{build}/bin/measure", "--benchmark_format=json",
                                 "--benchmark_min_time=0", "--benchmark_repetitions=2"):
-        counts[name] = total(dump, "PROGRAM TOTALS") - total(dump, STRING_FUNCTION)
+        counts[name] = whole(dump)
         if name == "unload and load":
             counts["static set-up"] = total(dump, CONSTRUCTOR, "--inclusive=yes")
     for step, dump in callgrind(f"{build}/bin/page"):
-        counts[f"page, {step}"] = total(dump, "PROGRAM TOTALS") - total(dump, STRING_FUNCTION)
+        counts[f"page, {step}"] = whole(dump)
     return counts
 
 
@@ -74,6 +74,11 @@ def heap(*page):
     held = json.loads(subprocess.run(page, env=exact, capture_output=True, check=True).stdout)
     return {"heap of the library": held["later page"] - held["unload"],
             "heap of what it calls": held["unload"]}
+
+
+def whole(dump):
+    """What everything took that counts."""
+    return total(dump, "PROGRAM TOTALS") - total(dump, STRING_FUNCTION)
 
 
 def total(dump, function, *options):

@@ -30,10 +30,15 @@ def time_requests(build):
 
 
 def answer(programs):
-    """Runs each program in turn, again and again; the median of each figure that it says."""
+    """Runs each program in turn, again and again; the median of each figure that it says, and the
+    instructions of its first answer."""
     rounds = [[output(program) for program in programs] for _ in range(REPETITIONS)]
-    return [{key: statistics.median(each[key] for each in said) for key in said[0]}
-            for said in zip(*rounds)]
+    figures = [{key: statistics.median(each[key] for each in said) for key in said[0]}
+               for said in zip(*rounds)]
+    for program, said in zip(programs, figures):
+        said["counted"] = next(instructions.whole(dump)
+                               for _, dump in instructions.callgrind(program))
+    return figures
 
 
 def print_row(what, ratio, counted=None):
@@ -55,10 +60,12 @@ def main(build):
     small, large = "first type list, real size", "first type list, 10 times real size"
     print_row("10 times real size to real size", times[large] / times[small],
               counts[large] / counts[small])
-    print_row("first answer, the bare parse", parse["first"] / ours["first"])
+    print_row("first answer, the bare parse", parse["first"] / ours["first"],
+              parse["counted"] / ours["counted"])
     for name, peer in zip(PEERS, peers):
         for key, what in FIGURES.items():
-            print_row(f"{what}, {name}", peer[key] / ours[key])
+            print_row(f"{what}, {name}", peer[key] / ours[key],
+                      peer["counted"] / ours["counted"] if key == "first" else None)
 
 
 if __name__ == "__main__":
