@@ -3,8 +3,11 @@
  *
  *   cc -std=c11 -o host host.c $(pkg-config --cflags --libs morvith-dataprovider)
  *   DEVINFO_PROFILE=/usr/share/morvith-platform-stand-ins/devices/global.ini KVREG_FILE=host.db \
- *     LC_ALL=C.UTF-8 LANGUAGE=ko ./host "$(pkg-config --variable=plugin morvith-dataprovider)"
- * ko_KR
+ *     LC_ALL=C_XX.UTF-8 LANGUAGE=ko \
+ *     ./host "$(pkg-config --variable=plugin morvith-dataprovider)" ko_KR
+ *
+ * gettext ignores LANGUAGE in the locales C and C.UTF-8. C_XX.UTF-8 is C.UTF-8 under another name,
+ * so this works on a machine that has no other locale.
  */
 #include <data_provider.h>
 #include <dlfcn.h>

@@ -1,12 +1,15 @@
 #include "ui_language.h"
 
 #include <algorithm>
+#include <array>
 #include <clocale>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <system_error>
 #include <vector>
 
+#include <langinfo.h>
 #include <libintl.h>
 
 #include "data_provider.h"
@@ -15,10 +18,21 @@
 
 namespace fs = std::filesystem;
 
-// gettext's own count of changes: what it has looked up holds until it changes.
-extern "C" int _nl_msg_cat_cntr;
-
 namespace {
+
+// gettext ignores LANGUAGE in the locale C and, from glibc 2.39 on, in C.UTF-8. The C library finds
+// no locale for the invented territory and loads C.UTF-8, but under this name. Where that fails, the
+// user's own locale or a common one can serve.
+constexpr std::array kLocales = {"C_XX.UTF-8", "", "en_US.UTF-8"};
+
+bool Translates(const char* locale) {
+  if (std::setlocale(LC_ALL, locale) == nullptr) {
+    return false;
+  }
+  const std::string name = std::setlocale(LC_MESSAGES, nullptr);
+  return name != "C" && name != "POSIX" && !name.starts_with("C.") &&
+         std::strcmp(nl_langinfo(CODESET), "UTF-8") == 0;
+}
 
 fs::path CatalogueOf(const fs::path& folder) {
   return folder / "LC_MESSAGES" / (DATA_PROVIDER_TEXT_DOMAIN ".mo");
@@ -44,11 +58,12 @@ std::vector<std::string> Catalogues(const fs::path& directory) {
 }  // namespace
 
 void UseUiLanguage(const std::string& locale) {
-  if (std::setlocale(LC_ALL, "C.UTF-8") == nullptr) {
-    throw HostError("the C library has no locale C.UTF-8");
-  }
   setenv("LANGUAGE", locale.c_str(), 1);
-  ++_nl_msg_cat_cntr;
+  std::setlocale(LC_ALL, "C");  // only a change of the locale makes gettext read LANGUAGE again
+  if (std::ranges::none_of(kLocales, Translates)) {
+    throw HostError(
+        "no UTF-8 locale found in which gettext translates; install one, such as en_US.UTF-8");
+  }
 }
 
 std::optional<std::string> FindCatalogue(const std::string& locale) {

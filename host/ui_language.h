@@ -1,5 +1,5 @@
-// The language in which the user reads the page. Independent of the machine's locales: gettext
-// takes it from LANGUAGE, over the C library's own UTF-8 locale.
+// The language in which the user reads the page. gettext takes it from the environment variable
+// LANGUAGE, so the machine needs no locale of that language.
 #ifndef HOST_UI_LANGUAGE_H
 #define HOST_UI_LANGUAGE_H
 
@@ -9,7 +9,8 @@
 // In place of a locale: texts stay message ids.
 inline constexpr char kNoLanguage[] = "C";
 
-// What is translated from now on is in the language of `locale`, of the form "ko_KR" or "ko".
+// Translates texts into the language of `locale`, of the form "ko_KR" or "ko", from now on. Changes
+// the locale of the process. Throws HostError if the C library has no UTF-8 locale to do this in.
 void UseUiLanguage(const std::string& locale);
 
 // The name of the catalogue that the provider, which has bound the text domain, has for `locale`:

@@ -72,7 +72,7 @@ class PackageTest(unittest.TestCase):
         shown = output(
             "env", f"LD_LIBRARY_PATH={libraries}", "LD_PRELOAD=librootfs.so.0", "ROOTFS_DIR=.",
             "DEVINFO_PROFILE=usr/share/morvith-platform-stand-ins/devices/global.ini",
-            "KVREG_FILE=registry.db", "LC_ALL=C.UTF-8", "LANGUAGE=ko",
+            "KVREG_FILE=registry.db", "LC_ALL=C_XX.UTF-8", "LANGUAGE=ko",
             *EMULATOR, "./host", output(*ask, "--variable=plugin").strip(), "ko_KR")
         self.assertRegex(shown, r"\n\* ko_KR  한국어\n(.*\n)*\* ko_KR.kr_ibm106  Korean")
 
