@@ -40,6 +40,7 @@ CONFIG_FAULTS = (
     (NAME, f'"{"ท" * 37}"', '"th_ibm104".display_name: 37 columns; shorten it to 36'),
     (NAME, f'"e{chr(0x301) * 127}"', '"th_ibm104".display_name: 255 bytes; shorten it'),
     (KEYMAP, KEYMAP.replace("th", "latin"), "xkb: xkb-data has no layout 'latin'"),
+    (KEYMAP, KEYMAP.replace("th", "latin") + ', "renamed": "th"'),
     ('"variant": "pat"', '"variant": "pet"', "no variant 'pet' of layout 'th'"),
     (KEYMAP, '"variant": "tis", ' + KEYMAP.replace("104", "105"), "call it th_tis_ibm105, or",
      '"th_ibm104" needs none of the characters'),
@@ -60,7 +61,7 @@ GERMAN, HELP = "SID_SETUP_LANGUAGE_GERMAN", '"Sprache der Tastatur festlegen."'
 CATALOGUE_FAULTS = (
     ("charset=UTF-8", "charset=ISO-8859-1", "the header: charset is ISO-8859-1; save the file"),
     (TEXT, TEXT[:-1], "line 35: end-of-line within string; mend it until msgfmt"),
-    (TEXT, '"Tastatur\\bsprache"', f"unusual-character-in-translation msgid {LANGUAGE}: U+0008"),
+    (TEXT, '"Tastatur\\bsprache"', " is no character to read; remove it"),
     (ENTRY, 'msgid "OWN"', f"{LANGUAGE}: not in the catalogue", "OWN: not in the template"),
     (TEXT, '""', f"{LANGUAGE}: not translated"),
     (ENTRY, "#, fuzzy\n" + ENTRY, f"{LANGUAGE}: fuzzy"),
