@@ -14,6 +14,7 @@ LONGEST_TEXT = int(re.search(r"DATA_PROVIDER_TYPE_LENGTH (\d+)", BOUNDARY.read_t
 NAME_COLUMNS = 36  # of a terminal, for a line of the menu
 HELP_COLUMNS = 70  # for the line or two beside it
 DIRECTIVE = re.compile(r"%[-+#'\d.$*]*[A-Za-z%]")
+UNREADABLE = "\\\ufffd"  # an escape that polib does not know, a byte that was not UTF-8
 INVISIBLE = "\u200c\u200d\u00a0\u202f"  # joiners within words, and the spaces that do not break
 
 
@@ -38,7 +39,8 @@ def columns(text):
 
 def faults(text, invisible=INVISIBLE):
     """What is wrong with a text that a viewer reads, and what to do, in pairs of at most one."""
-    hidden = next((c for c in text if not c.isprintable() and c not in invisible), None)
+    hidden = next((c for c in text
+                   if c in UNREADABLE or not c.isprintable() and c not in invisible), None)
     if hidden:
         yield f"U+{ord(hidden):04X} is no character to read", "remove it"
     elif text != text.strip():
