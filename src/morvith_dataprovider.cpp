@@ -44,6 +44,8 @@ struct MenuItem {
   void** (*list_builder)(const char* key, int* count);
 };
 
+using MessageId = const char* MenuItem::*;
+
 constexpr std::array<MenuItem, 3> menu_item_list = {{
     {DATA_PROVIDER_PAGE, "COM_TV_KEYBOARD_SETTINGS_SPAUS_SETTINGS",
      "COM_SID_SETTINGS_GNP_CEJUL_CONFIGURE_CONNECTED_KEYBOARD_SETTINGS", nullptr, nullptr, nullptr},
@@ -136,8 +138,7 @@ int release_string(char* string) noexcept {
 }
 
 // The name or the help text of an item, `word` being which of them.
-int GetText(const char* key, const char* MenuItem::*message_id, const char* word,
-            char** text) noexcept {
+int GetText(const char* key, MessageId message_id, const char* word, char** text) noexcept {
   const MenuItem* item = FindRow(menu_item_list, key);
   if (item == nullptr || text == nullptr) {
     return 0;

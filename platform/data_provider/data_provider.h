@@ -11,7 +11,9 @@
  *   - defines `init_data_provider_cbs` and exports it, linked with -rdynamic or, for this function
  *     alone, with -Wl,--export-dynamic-symbol=init_data_provider_cbs; otherwise dlopen() fails with
  *     "undefined symbol: init_data_provider_cbs", whether with RTLD_NOW or RTLD_LAZY;
- *   - sets a locale with setlocale(), in whose language texts come: in "C" they stay message ids;
+ *   - sets a locale with setlocale(); texts are in its language, or in the language that the
+ *     environment variable LANGUAGE names. gettext ignores LANGUAGE in the locale "C" and, from
+ *     glibc 2.39 on, in "C.UTF-8": there, texts stay message ids;
  *   - loads the provider, `pkg-config --variable=plugin morvith-dataprovider`, with
  *     dlopen(plugin, RTLD_NOW | RTLD_LOCAL), and finds its two functions with dlsym();
  *   - calls `create_provider`, then the slots of the table as it likes, then `delete_provider`;
@@ -123,7 +125,8 @@ typedef struct data_provider_cbs {
 
   /*
    * Slot 13, offset 104. The translated name of any of the three items; its message id where the
-   * catalogue has no translation; null when memory is exhausted. Returns 0, always.
+   * catalogue has no translation, or gettext lacks the memory to find it; null when memory is
+   * exhausted. Returns 0, always.
    */
   int (*get_display_name)(const char* key, char** name);
 
