@@ -20,9 +20,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// gettext ignores LANGUAGE in the locale C and, from glibc 2.39 on, in C.UTF-8. The C library finds
-// no locale for the invented territory and loads C.UTF-8, but under this name. Where that fails, the
-// user's own locale or a common one can serve.
+// gettext ignores LANGUAGE in the locale C and, from glibc 2.39 on, in C.UTF-8. No locale has the
+// territory XX, so glibc loads C.UTF-8 for it, but keeps the name C_XX.UTF-8. If that fails, the
+// user's own locale or a common one is used.
 constexpr std::array kLocales = {"C_XX.UTF-8", "", "en_US.UTF-8"};
 
 bool Translates(const char* locale) {
