@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Sourced by the scripts here: given --help, prints the comment at the script's head, and ends it.
+# Sourced by the other scripts: with --help, prints the comment at the top of the script and exits.
 case "${1:-}" in
   -h | --help)
     cd "${OLDPWD:-.}" || exit
