@@ -107,7 +107,7 @@ TEST(Requests, FailWholeWhereMemoryIsRefusedAndAreAnsweredTheNextTime) {
 TEST(Requests, LeaveNothingBehindOverLoadsAndUnloads) {
   prctl(PR_SET_THP_DISABLE, 1, 0, 0, 0);  // the kernel may not round resident memory up
   const char* given = std::getenv("LOAD_CYCLES");
-  const int cycles = given == nullptr ? 10'000 : std::stoi(given);
+  const int cycles = given == nullptr ? TEST_LOAD_CYCLES : std::stoi(given);
   ASSERT_GT(cycles, 0);
   long warm = 0;
   for (int cycle = 0; cycle < cycles; ++cycle) {
