@@ -8,7 +8,7 @@ import tempfile
 import unittest
 
 SOURCE = os.environ["MORVITH_SOURCE"]
-CHECK_DATA, CHECK_TEXTS = f"{SOURCE}/scripts/check-data", f"{SOURCE}/scripts/check-texts"
+CHECK_DATA, CHECK_TEXTS = f"{SOURCE}/checks/check-data", f"{SOURCE}/checks/check-texts"
 
 # What stands in the shipped file, what stands there instead, and what the findings say.
 SCHEMA, TABLE = '"./hw_kbd_lang_config.schema.json"', '"keyboard_name_map": ['
@@ -126,9 +126,9 @@ class DataChecksTest(unittest.TestCase):
         self.assertRegex(lines[0], "^xkb-data .*/evdev.xml'; correct XKB_CONFIG_ROOT")
 
     def test_finds_a_locale_without_a_catalogue(self):
-        os.symlink(f"{SOURCE}/scripts", f"{self.folder}/scripts")
+        os.symlink(f"{SOURCE}/checks", f"{self.folder}/checks")
         os.makedirs(f"{self.folder}/res/locale")
-        lines = self.check(f"{self.folder}/scripts/check-texts")
+        lines = self.check(f"{self.folder}/checks/check-texts")
         self.assertIn("/res/locale: no catalogue for ko_KR; add ko.po, or ko_KR.po", lines[0])
         documentation = pathlib.Path(SOURCE, "docs/device-data.md").read_text("utf-8")
         documented = re.findall(r"^\| \d+ \| `", documentation, re.M)
