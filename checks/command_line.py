@@ -1,4 +1,4 @@
-"""What the programs here do before they import what may not be installed: --help needs nothing."""
+"""The command line of the checks: their arguments, their findings and modules that are missing."""
 
 import argparse
 import contextlib
@@ -6,6 +6,7 @@ import sys
 
 
 def arguments(docstring, name):
+    """Returns the arguments. Needs no other module, so that --help always works."""
     parser = argparse.ArgumentParser(
         description=docstring, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument(name, nargs="*")
@@ -14,7 +15,18 @@ def arguments(docstring, name):
 
 @contextlib.contextmanager
 def imports():
+    """Ends the program with a hint if an import within fails."""
     try:
         yield
     except ModuleNotFoundError as missing:
-        sys.exit(f"the module {missing.name} is missing: run scripts/install-dependencies")
+        sys.exit(f"module '{missing.name}' is missing; run scripts/install-dependencies")
+
+
+def report(findings):
+    """Prints the findings. Returns the exit status: 1 if there are any."""
+    sys.stdout.reconfigure(errors="backslashreplace")
+    status = 0
+    for finding in findings:
+        print(finding)
+        status = 1
+    return status
