@@ -16,7 +16,7 @@ set(CPACK_COMPONENTS_ALL runtime dev)
 set(CPACK_POST_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/drop_scripts.cmake)
 
 set(CPACK_DEB_COMPONENT_INSTALL ON)
-set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)  # on the same version
+set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)  # of the same version
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION libs)
 # dpkg-shlibdeps looks there for the platform's libraries, which no installed package has.
@@ -43,7 +43,7 @@ if(MORVITH_PLATFORM STREQUAL "stand-in")
   set(CPACK_COMPONENT_RUNTIME_DEPENDS stand_ins)
 
   set(CPACK_DEBIAN_STAND_INS_PACKAGE_NAME morvith-platform-stand-ins)
-  set(CPACK_DEBIAN_STAND_INS_PACKAGE_REPLACES "morvith-menu-host (<= 0.1.0)")  # which had these files
+  set(CPACK_DEBIAN_STAND_INS_PACKAGE_REPLACES "morvith-menu-host (<= 0.1.0)")  # it had these files
   set(CPACK_DEBIAN_STAND_INS_PACKAGE_CONTROL_EXTRA
     ${CMAKE_CURRENT_LIST_DIR}/stand_ins/shlibs ${CMAKE_CURRENT_LIST_DIR}/stand_ins/triggers)
   set(CPACK_DEBIAN_STAND_INS_PACKAGE_CONTROL_STRICT_PERMISSION ON)
