@@ -1,9 +1,9 @@
-# The packages: what a device gets, what a settings application is built with, what stands in for
-# the device's services on a developer's machine, and settings applications for a terminal and a
-# screen. A version has no Debian revision: the packages are made by the project itself.
+# The Debian packages: the library for a device, the files to build a settings application with,
+# stand-ins for the device's services, and settings applications for a terminal and a screen. Their
+# versions have no Debian revision, because the project itself makes the packages.
 
 set(MORVITH_PACKAGE_CONTACT "nobody <nobody@localhost>" CACHE STRING
-  "Maintainer field of the packages, which Debian's format demands")
+  "Maintainer field of the packages, which Debian's format requires")
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_CONTACT "${MORVITH_PACKAGE_CONTACT}")
@@ -16,10 +16,10 @@ set(CPACK_COMPONENTS_ALL runtime dev)
 set(CPACK_POST_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/drop_scripts.cmake)
 
 set(CPACK_DEB_COMPONENT_INSTALL ON)
-set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)  # each on the same version
+set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)  # of the same version
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION libs)
-# The platform's libraries, stand-ins or the SDK's, are in no package outside this build.
+# dpkg-shlibdeps looks there for the platform's libraries, which no installed package has.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${MORVITH_PLATFORM_LIBRARY_DIRECTORIES})
 
@@ -34,23 +34,23 @@ set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)
 set(CPACK_COMPONENT_DEV_DEPENDS runtime)
 set(CPACK_DEBIAN_DEV_DESCRIPTION
   "Keyboard settings for a television's settings menu, development files\n\
-The header that is the contract between the settings application and the data\n\
-provider, and a pkg-config file that says how to build an application that\n\
-loads the provider, and where it lies.")
+The header of the interface between the settings application and the data\n\
+provider, and a pkg-config file with the compiler flags and the path of the\n\
+provider.")
 
 if(MORVITH_PLATFORM STREQUAL "stand-in")
   list(APPEND CPACK_COMPONENTS_ALL stand_ins host)
   set(CPACK_COMPONENT_RUNTIME_DEPENDS stand_ins)
 
   set(CPACK_DEBIAN_STAND_INS_PACKAGE_NAME morvith-platform-stand-ins)
-  set(CPACK_DEBIAN_STAND_INS_PACKAGE_REPLACES "morvith-menu-host (<= 0.1.0)")  # had these files
+  set(CPACK_DEBIAN_STAND_INS_PACKAGE_REPLACES "morvith-menu-host (<= 0.1.0)")  # it had these files
   set(CPACK_DEBIAN_STAND_INS_PACKAGE_CONTROL_EXTRA
     ${CMAKE_CURRENT_LIST_DIR}/stand_ins/shlibs ${CMAKE_CURRENT_LIST_DIR}/stand_ins/triggers)
   set(CPACK_DEBIAN_STAND_INS_PACKAGE_CONTROL_STRICT_PERMISSION ON)
   set(CPACK_DEBIAN_STAND_INS_DESCRIPTION
     "Stand-ins for a television's services, with device profiles\n\
-The device's registry, system information, log and file system on a machine\n\
-that is no television, and profiles of a few devices.")
+The device's registry, system information, log and root filesystem on a machine\n\
+that is not a television, and profiles of a few devices.")
 
   set(CPACK_DEBIAN_HOST_PACKAGE_NAME morvith-menu-host)
   set(CPACK_DEBIAN_HOST_PACKAGE_SECTION utils)
@@ -59,7 +59,7 @@ that is no television, and profiles of a few devices.")
   set(CPACK_DEBIAN_HOST_DESCRIPTION
     "Menu host for data providers, without a television\n\
 The menu_host command, which shows and sets the keyboard page in a terminal,\n\
-and finds what would trip a viewer up on it.")
+and finds problems that a viewer would see.")
 endif()
 
 if(TARGET menu_screen)

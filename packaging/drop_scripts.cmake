@@ -1,5 +1,5 @@
-# CPack gives each package with a shared library scripts that call ldconfig. Debian's trigger does
-# that, and a plug-in needs none.
+# CPack adds scripts that call ldconfig to each package with a shared library. The stand-ins use
+# Debian's trigger instead, and a plug-in does not need ldconfig.
 foreach(package IN LISTS CPACK_PACKAGE_FILES)
   set(tree ${CPACK_TEMPORARY_DIRECTORY}/unpacked)
   file(REMOVE_RECURSE ${tree})

@@ -1,4 +1,4 @@
-# The man page of a program is what its --help says.
+# Makes the man page of a program from the output of its --help.
 find_program(MORVITH_HELP2MAN help2man REQUIRED)
 
 function(add_man_page program name component)

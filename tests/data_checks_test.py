@@ -1,138 +1,107 @@
-"""The checks of data before it ships: a fault for each rule, and what is shipped, which has none."""
+"""Runs check-data and check-texts on the shipped files, and on copies with one fault each."""
 
 import os
 import pathlib
-import re
 import subprocess
 import tempfile
 import unittest
 
-SOURCE = os.environ["MORVITH_SOURCE"]
-CHECK_DATA, CHECK_TEXTS = f"{SOURCE}/scripts/check-data", f"{SOURCE}/scripts/check-texts"
+SOURCE = pathlib.Path(os.environ["MORVITH_SOURCE"])
+CHECK_DATA, CHECK_TEXTS = SOURCE / "checks/check-data", SOURCE / "checks/check-texts"
 
-# What stands in the shipped file, what stands there instead, and what the findings say.
-SCHEMA, TABLE = '"./hw_kbd_lang_config.schema.json"', '"keyboard_name_map": ['
 NAME, KEYMAP = '"Thai"', '"layout": "th", "model": "pc104"'
-TYPE = f'{{ "name": "th_ibm104", "display_name": {NAME}, "xkb": {{ {KEYMAP} }} }}'
-TYPES = '"th_ibm104", "th_pat_ibm104", "us_ibm104", "us_intl_ibm103i"'
-CHINESE = '"cn_ibm104", "cn_altgr_pinyin_ibm104"'
-THAI = '"th_ibm104", "th_pat_ibm104"'
-DANISH, HAUSA = '["dk_ibm105", ', '["ng_ibm104", "ng_hausa_ibm104"'
-CONFIG_FAULTS = (
-    (TABLE, '"deep": [[[[]]]], ' + TABLE, "line 3, column 14: not strict JSON of this format: a"),
-    (TABLE, '"deep": ' + "[" * 100_000, "line 3, column 14: not strict JSON of this format: a"),
-    (NAME, f'"Thai {"ท" * 9}\u200c\\"{"[" * 9}"'),
-    (TABLE, TABLE.replace("map", "mop"),
-     'no array keyboard_name_map with elements; call "keyboard_name_mop" so'),
-    (TABLE, TABLE + "// ours", "line 3, column 25: not strict JSON of this format: Expecting"),
-    ("Thai (Pattachote)", "\udcff", "is not UTF-8"),
-    (SCHEMA, '"\\ud800"', '$schema: "\\ud800" holds half of a surrogate pair'),
-    (TYPE, f'"{"ç" * 80}", {TYPE}', "]: '" + "\\xe7" * 76 + "... A keyboard type is an object"),
-    ('"Albanian"', "106", 'line 4, keyboard_name_map[0] "al_ibm105".display_name: 106 is not of'),
-    (f'"display_name": {NAME}, ', "", '"th_ibm104": \'display_name\' is a required property'),
-    (NAME, NAME + ', "xkb": {}', '"th_ibm104": the member "xkb" stands there more than once'),
-    (TYPE, f"{TYPE}, {TYPE}", '"th_ibm104": stands already at line 1'),
-    ('"xh_ZA"', '"xx_ZA"', '"xx_ZA": no language of the library', '"xh_ZA" is missing'),
-    (TYPES, TYPES.replace("pat", "x"), '"th_x_ibm104" would be shown', '"th_pat_ibm104": no locale'),
-    (TYPES, '"th_ibm104", "th_pat_ibm104"', '"th_TH": "us_intl_ibm103i" is neither first nor last'),
-    (TYPES, TYPES + ', "th_tis_ibm104"', "would", '"us_intl_ibm103i" is neither first nor last'),
-    (NAME, '"Th\u202eai"', '"th_ibm104".display_name: U+202E is no character'),
-    (NAME, f'"{"ท" * 37}"', '"th_ibm104".display_name: 37 columns; shorten it to 36'),
-    (NAME, f'"e{chr(0x301) * 127}"', '"th_ibm104".display_name: 255 bytes; shorten it'),
-    (KEYMAP, KEYMAP.replace("th", "latin"), "xkb: xkb-data has no layout 'latin'"),
-    (KEYMAP, KEYMAP.replace("th", "latin") + ', "renamed": "th"'),
-    ('"variant": "pat"', '"variant": "pet"', "no variant 'pet' of layout 'th'"),
-    (KEYMAP, '"variant": "tis", ' + KEYMAP.replace("104", "105"), "call it th_tis_ibm105, or",
-     '"th_ibm104" needs none of the characters'),
-    ('"Thai (Pattachote)"', NAME, '"th_ibm104" and "th_pat_ibm104" are shown alike'),
-    (CHINESE, f'"us_ibm104", {CHINESE}', '"us_ibm104" and "cn_ibm104" are the same keymap',
-     '"us_ibm104" is no keyboard of CN'),
-    ('"German"', '"Danish"', '"de_ibm105".display_name: says Danish, which is no language of'),
-    ("th_pat_ibm104", "th_tis_ibm104", '"th_pat_ibm104" is missing, which has shipped',
-     "is not among the ids that have shipped", "call it th_pat_ibm104"),
-    (DANISH, '["de_ibm105", "dk_ibm105", ', '"de_ibm105" is no keyboard of DK'),
-    (THAI, '"th_pat_ibm104", "th_ibm104"', '"th_pat_ibm104" does not type'),
-    (HAUSA, '["ng_hausa_ibm104", "ng_ibm104"', "does not type . / d m w z without AltGr"),
-    ('"[๎]"', '"[:Pali:]"', "exceptions.characters: is no set"),
-)
-LANGUAGE = "COM_TV_KEYBOARD_LANGUAGE"
-ENTRY, TEXT = f'msgid "{LANGUAGE}"', '"Tastatursprache"'
-GERMAN, HELP = "SID_SETUP_LANGUAGE_GERMAN", '"Sprache der Tastatur festlegen."'
-CATALOGUE_FAULTS = (
-    ("charset=UTF-8", "charset=ISO-8859-1", "the header: charset is ISO-8859-1; save the file"),
-    (TEXT, TEXT[:-1], "line 35: end-of-line within string; mend it until msgfmt"),
-    (TEXT, '"Tastatur\\bsprache"', " is no character to read; remove it"),
-    (ENTRY, 'msgid "OWN"', f"{LANGUAGE}: not in the catalogue", "OWN: not in the template"),
-    (TEXT, '""', f"{LANGUAGE}: not translated"),
-    (ENTRY, "#, fuzzy\n" + ENTRY, f"{LANGUAGE}: fuzzy"),
-    (TEXT, TEXT + '\n\n#~ msgid "OLD"\n#~ msgstr "alt"', "OLD: obsolete"),
-    ("Language: de", "Language: ko", "the header: Language is ko, the file is named after de"),
-    (TEXT, f'"{"글" * 18}%1$s"', "40 columns; shorten it to 36", f"{LANGUAGE}: %1$s is a directive"),
-    (HELP, f'"{"글" * 35} "', "71 columns; shorten it to 70", "LANGUAGE: a blank at an end"),
-    (TEXT, f'"e{chr(0x301) * 127}"', f"{LANGUAGE}: 255 bytes; shorten it to 254"),
-    (TEXT, f'"{GERMAN}"', f"{LANGUAGE}: the text is a message id"),
-    ('"Deutsch"', '"Englisch"', f"{GERMAN}: reads as SID_SETUP_LANGUAGE_ENGLISH does"),
-    ('"Deutsch"', '"deutsch"', f"{GERMAN}: begins otherwise than most names of languages"),
-)
-TEMPLATE_FAULTS = ((ENTRY, 'msgid "OWN"', f"{LANGUAGE}: the library uses it; add it",
-                    "OWN: the library does not use it; remove it"),)
+ROW = f'{{ "name": "th_ibm104", "display_name": {NAME}, "xkb": {{ {KEYMAP} }} }}'
+TYPES = '["th_ibm104", "th_pat_ibm104", "us_ibm104", "us_intl_ibm103i"]'
+HANGUL = '"[:Hangul:]"'
+LANGUAGE, GERMAN = "COM_TV_KEYBOARD_LANGUAGE", "SID_SETUP_LANGUAGE_GERMAN"
+ENTRY, TEXT, HELP = f'msgid "{LANGUAGE}"', '"Tastatursprache"', '"Sprache der Tastatur festlegen."'
+
+# Of each file: a text in it, the text that replaces it, and the findings that this causes.
+FAULTS = {
+    (CHECK_DATA, "res/config/hw_kbd_lang_config.json"): (
+        (NAME, "[" * 100_000, "brackets are nested too deeply"),
+        (NAME, NAME + ', "xkb": {}', "line 121, column 6: not strict JSON: member 'xkb' is"),
+        (NAME, '"\\ud800"', "half of a surrogate pair"),
+        (NAME, "\udcff", "is not UTF-8"),
+        (NAME, f'[{"1" * 5000}, "{"ç" * 80}"]',
+         "line 121, keyboard_name_map[117].display_name: [inf, '" + "\\xe7" * 73 + "... The text"),
+        (ROW, f"{ROW}, {ROW}", "keyboard_name_map[118] 'th_ibm104': already exists in line 121"),
+        ('"xh_ZA"', '"xx_ZA"', "'xx_ZA': unknown locale", "'xh_ZA' is missing"),
+        (TYPES, TYPES.replace("pat", "x"), "unknown type 'th_x_ibm104'", "pat_ibm104': no locale"),
+        (TYPES, '["th_ibm104", "us_intl_ibm103i", "us_ibm104", "th_pat_ibm104"]', "nor last"),
+        (NAME, '"Th\u202eai"', "'th_ibm104': display_name: character U+202E is not allowed"),
+        (KEYMAP, KEYMAP.replace("th", "x"), "unknown layout 'x'"),
+        (KEYMAP, '"layout": "x", "renamed": "th", "model": "pc105"', "x_ibm105 or th_ibm105, or"),
+        ('"dk", "model": "pc105', '"dk", "variant": "dvorak", "model": "pc104', "rename", "cannot"),
+        ("pat", "x", "missing but has shipped", "id is not in", "unknown variant 'x' of layout"),
+        ('"Thai (Pattachote)"', NAME, "have the same display_name"),
+        ('"German"', f'"Danish{" -" * 16}"', "layout 'de' is not for Danish", "shorten it to 36"),
+        ('["cn_ibm104"', '["us_ibm104", "cn_ibm104"', "the same keymap", "not a keyboard of CN"),
+        (HANGUL, '"[e]", "country": "KR"', "cannot type", "not needed", "remove exceptions."),
+        ('"[0-9@]"', '"[0-9]"', "needs AltGr for @, but another type does not"),
+        (HANGUL, '"[:Pali:]"', "exceptions.characters is not a set"),
+    ),
+    (CHECK_TEXTS, "res/locale/de.po"): (
+        ("charset=UTF-8", "charset=ISO-8859-1", "header: charset is ISO-8859-1"),
+        (TEXT, TEXT[:-1], "line 35: end-of-line within string; fix what msgfmt"),
+        (ENTRY, 'msgid "OWN"', f"{LANGUAGE}: missing in the cat", "OWN: missing in the template"),
+        ('"Deutsch"', '""', "not translated"),
+        (ENTRY, f'#~ msgid "OLD"\n#~ msgstr "x "\n\n#, fuzzy\n{ENTRY}', "OLD: obsolete", "fuzzy"),
+        ("Language: de", "Language: xx", "fix what i18nspector reports", "Language is xx, but"),
+        (TEXT, '"Tastatur\\bsprache"', "is not allowed"),
+        (TEXT, '"\u200d"', "no visible character"),
+        (HELP, f'"{"글" * 33}%1$s "', "71 columns; shorten it to 70", "%1$s is", "blank at"),
+        (TEXT, f'"{"e" * 36}{chr(0x301) * 109}"', "254 bytes; shorten it to 253"),
+        (TEXT, f'"{GERMAN}"', "its text is a message id"),
+        ('"Deutsch"', '"Englisch"', f"{GERMAN}: same text as SID_SETUP_LANGUAGE_ENGLISH"),
+        ('"Deutsch"', '"deutsch"', "names of languages begin with a capital letter"),
+    ),
+    (CHECK_TEXTS, "res/locale/lib-morvith-tv.pot"): (
+        (ENTRY, 'msgid "OWN"', f"{LANGUAGE}: used by the library", "OWN: not used by the library"),
+    ),
+}
 
 
-class DataChecksTest(unittest.TestCase):
+class DataChecks(unittest.TestCase):
     def setUp(self):
-        self.folder = self.enterContext(tempfile.TemporaryDirectory())
+        self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
 
-    def check(self, script, *files, **environment):
-        environment = {**os.environ, "PYTHONIOENCODING": "ascii", **environment}
-        done = subprocess.run([script, *files], check=False, text=True, env=environment,
-                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
-        self.assertEqual(done.returncode, bool(done.stdout), done.stdout)
-        return done.stdout.splitlines()
+    def run_check(self, program, *files, **environment):
+        done = subprocess.run([program, *files], check=False, capture_output=True, text=True,
+                              env={**os.environ, "PYTHONIOENCODING": "ascii", **environment})
+        self.assertEqual(done.returncode, bool(done.stdout + done.stderr), done)
+        return (done.stdout + done.stderr).splitlines()
 
-    def expect(self, script, shipped, faults):
-        text = pathlib.Path(shipped).read_text("utf-8")
-        expected = {}
-        for number, (old, new, *says) in enumerate(faults):
-            file = pathlib.Path(self.folder, str(number), os.path.basename(shipped))
-            file.parent.mkdir()
-            file.write_text(text.replace(old, new), "utf-8", "surrogateescape")
-            expected[str(file)] = says
-        lines = self.check(script, *expected)
-        for file, says in expected.items():
-            found = [line for line in lines if file in line]
-            self.assertEqual(len(found), len(says), found)
-            for words in says:
-                self.assertIn(words, "\n".join(found))
+    def test_find_each_fault(self):
+        for (program, shipped), faults in FAULTS.items():
+            text, expected = (SOURCE / shipped).read_text("utf-8"), {}
+            for number, (old, new, *findings) in enumerate(faults):
+                file = self.folder / str(number) / shipped
+                file.parent.mkdir(parents=True, exist_ok=True)
+                file.write_text(text.replace(old, new), "utf-8", "surrogateescape")
+                expected[file] = findings
+            lines = self.run_check(program, *expected)
+            for file, findings in expected.items():
+                found = [line for line in lines if line.startswith(f"{file}: ")]
+                is_found = [finding in "\n".join(found) for finding in findings]
+                self.assertEqual([True] * len(found), is_found, (file, findings, found))
 
-    def test_finds_each_fault_of_a_configuration_and_nothing_else(self):
-        self.expect(CHECK_DATA, f"{SOURCE}/res/config/hw_kbd_lang_config.json", CONFIG_FAULTS)
+    def test_accept_shipped_files_and_report_missing_ones(self):
+        for program in (CHECK_DATA, CHECK_TEXTS):
+            self.assertEqual(self.run_check(program), [])
+            self.assertRegex(self.run_check(program, "x")[0], "^x: cannot be read: No such file")
 
-    def test_finds_each_fault_of_a_catalogue_and_nothing_else(self):
-        self.expect(CHECK_TEXTS, f"{SOURCE}/res/locale/de.po", CATALOGUE_FAULTS)
-
-    def test_finds_a_template_that_is_not_the_librarys(self):
-        self.expect(CHECK_TEXTS, f"{SOURCE}/res/locale/lib-morvith-tv.pot", TEMPLATE_FAULTS)
-
-    def test_takes_what_is_shipped_and_reports_what_is_not_there(self):
-        for script in (CHECK_DATA, CHECK_TEXTS):
-            self.assertEqual(self.check(script), [])
-            self.assertRegex(self.check(script, "none")[0], "^none: .*[Nn]o such file")
-
-    def test_finds_keymaps_that_do_not_compile_and_that_there_is_no_xkb_data(self):
-        os.symlink("/usr/share/X11/xkb/rules", f"{self.folder}/rules")
-        lines = self.check(CHECK_DATA, XKB_CONFIG_ROOT=self.folder)
-        self.assertIn('"th_ibm104".xkb: the keymap does not compile', "\n".join(lines))
-        lines = self.check(CHECK_DATA, XKB_CONFIG_ROOT=f"{self.folder}/rules")
-        self.assertRegex(lines[0], "^xkb-data .*/evdev.xml'; correct XKB_CONFIG_ROOT")
-
-    def test_finds_a_locale_without_a_catalogue(self):
-        os.symlink(f"{SOURCE}/scripts", f"{self.folder}/scripts")
-        os.makedirs(f"{self.folder}/res/locale")
-        lines = self.check(f"{self.folder}/scripts/check-texts")
-        self.assertIn("/res/locale: no catalogue for ko_KR; add ko.po, or ko_KR.po", lines[0])
-        documentation = pathlib.Path(SOURCE, "docs/device-data.md").read_text("utf-8")
-        documented = re.findall(r"^\| \d+ \| `", documentation, re.M)
-        self.assertEqual(len(lines), len(documented), "docs/device-data.md lists the languages")
+    def test_find_missing_keymaps_and_catalogues(self):
+        (self.folder / "rules").symlink_to("/usr/share/X11/xkb/rules")
+        lines = self.run_check(CHECK_DATA, XKB_CONFIG_ROOT=str(self.folder))
+        self.assertIn("'th_ibm104': keymap does not compile", "\n".join(lines))
+        self.assertIn("correct XKB", self.run_check(CHECK_DATA, XKB_CONFIG_ROOT="/x")[0])
+        (self.folder / "checks").symlink_to(SOURCE / "checks")
+        lines = self.run_check(self.folder / "checks/check-texts")
+        self.assertIn("/res/locale: no catalogue for ko_KR; add ko.po or ko_KR.po", lines[0])
+        documentation = (SOURCE / "docs/device-data.md").read_text("utf-8")
+        for line in lines[:-1]:
+            self.assertIn(f" | `{line[-8:-3]}` | ", documentation)
 
 
 if __name__ == "__main__":

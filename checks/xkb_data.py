@@ -1,6 +1,6 @@
-"""xkb-data: what its rules list of layouts, the keymaps these make, and what one types.
+"""Reads xkb-data: the layouts that its rules list, and the characters that a keymap types.
 
-A keymap is asked through libxkbcommon, what a dead key makes of a letter through its compose table.
+libxkbcommon compiles the keymaps. Its compose table says which characters dead keys produce.
 """
 
 import ctypes
@@ -13,15 +13,15 @@ import unicodedata
 import xml.etree.ElementTree
 
 RULES = "evdev"
-COMPOSE_LOCALE = "en_US.UTF-8"  # its table is the one of nearly all locales
+COMPOSE_LOCALE = "en_US.UTF-8"  # nearly all locales use its table
 NO_DEFAULT_INCLUDES, NO_ENVIRONMENT_NAMES = 1, 2  # flags of xkb_context_new()
 LOG_LEVEL_CRITICAL = 10
 FORMAT_TEXT_V1 = 1
-COMPOSED = 2  # of xkb_compose_state_get_status()
-SHIFT_AND_LOCK = 3  # the modifiers that each board has; AltGr and Num Lock are others
+COMPOSED = 2  # result of xkb_compose_state_get_status()
+SHIFT_AND_LOCK = 3  # the modifiers other than AltGr and Num Lock
 DEAD_KEYSYMS = range(0xFE50, 0xFE94)
-FUNCTION_KEYSYMS = range(0xFE00, 0x10000)  # and the keypad's, which not each board has
-ISO_KEY = "LSGT"  # between Shift and Z, on no ANSI board
+FUNCTION_KEYSYMS = range(0xFE00, 0x10000)  # with the keypad's, which some boards lack
+ISO_KEY = "LSGT"  # between Shift and Z; ANSI boards do not have it
 
 
 class RuleNames(ctypes.Structure):
@@ -39,17 +39,17 @@ def library():
 
 
 class Compose:
-    """What dead keys make of a character."""
+    """The characters that dead keys produce."""
 
     def __init__(self, context):
         table = library().xkb_compose_table_new_from_locale(context, COMPOSE_LOCALE.encode(), 0)
         if not table:
-            raise FileNotFoundError(f"there is no compose table of {COMPOSE_LOCALE}")
+            raise FileNotFoundError(f"no compose table for {COMPOSE_LOCALE} found")
         self._state = ctypes.c_void_p(library().xkb_compose_state_new(ctypes.c_void_p(table), 0))
         self._text = ctypes.create_string_buffer(16)
 
     def __call__(self, character, *dead):
-        """Another character, or None."""
+        """Returns what the dead keys and then the character produce, or None."""
         xkb = library()
         xkb.xkb_compose_state_reset(self._state)
         for keysym in (*dead, xkb.xkb_utf32_to_keysym(ord(character))):
@@ -61,7 +61,11 @@ class Compose:
 
 
 class Keymap:
-    """A compiled keymap; `symbols` is the symbols of each key as text, equal for equal keymaps."""
+    """A compiled keymap.
+
+    `symbols` is the text of all symbols, equal for equal keymaps. `plain` is the set of characters
+    that need no AltGr.
+    """
 
     def __init__(self, handle, model, compose):
         self._compose = compose
@@ -71,7 +75,7 @@ class Keymap:
         section = text[text.index("xkb_symbols"):]
         self.symbols = re.sub(r'^(xkb_symbols|\s*name\[\w+\]=).*$', "", section, flags=re.M)
 
-        self.plain, self._reached, self._dead = set(), set(), set()  # without AltGr, with it too
+        self.plain, self._reached, self._dead = set(), set(), set()
         iso_key = library().xkb_keymap_key_by_name(handle, ISO_KEY.encode())
         for key in range(library().xkb_keymap_min_keycode(handle),
                          library().xkb_keymap_max_keycode(handle) + 1):
@@ -107,42 +111,48 @@ class Keymap:
 
     @functools.cache
     def types(self, text):
-        """Whether its keys make the text, a character or a mark at a time."""
+        """Returns whether its keys type the text, as whole characters or with separate marks."""
         return any(all(map(self._types_character, unicodedata.normalize(form, text)))
                    for form in ("NFC", "NFD"))
 
 
 class XkbData:
+    """The installed xkb-data. The three tables have the sets of each layout."""
+
     def __init__(self):
         root = pathlib.Path(os.environ.get("XKB_CONFIG_ROOT", "/usr/share/X11/xkb"))
-        self.variants, self.countries, self.languages = {}, {}, {}  # of each layout
+        self.variants, self.countries, self.languages = {}, {}, {}
         for listing in (f"{RULES}.xml", f"{RULES}.extras.xml"):
             rules = xml.etree.ElementTree.parse(root / "rules" / listing)
             for layout in rules.iterfind("layoutList/layout"):
-                for known, path in ((self.variants, "variantList/variant/configItem/name"),
-                                    (self.countries, "configItem/countryList/iso3166Id"),
-                                    (self.languages, ".//iso639Id")):
-                    found = known.setdefault(layout.findtext("configItem/name"), set())
-                    found |= {element.text for element in layout.iterfind(path)}
+                self._read_layout(layout)
 
         self._context = ctypes.c_void_p(
             library().xkb_context_new(NO_DEFAULT_INCLUDES | NO_ENVIRONMENT_NAMES))
         library().xkb_context_set_log_level(self._context, LOG_LEVEL_CRITICAL)
         if not library().xkb_context_include_path_append(self._context, os.fsencode(root)):
-            raise FileNotFoundError(f"{root} is no folder of xkb-data")
+            raise FileNotFoundError(f"{root} is not a folder of xkb-data")
         self._compose = Compose(self._context)
 
+    def _read_layout(self, layout):
+        name = layout.findtext("configItem/name")
+        for table, path in ((self.variants, "variantList/variant/configItem/name"),
+                            (self.countries, "configItem/countryList/iso3166Id"),
+                            (self.languages, ".//iso639Id")):
+            table.setdefault(name, set()).update(
+                element.text for element in layout.iterfind(path))
+
     def unlisted(self, layout, variant):
-        """What the rules do not list, as "layout 'xx'", if there is anything."""
+        """Returns the part that the rules do not list, such as "layout 'xx'", or None."""
         if layout not in self.variants:
-            return f"layout {layout!r}"
+            return f"layout '{layout}'"
         if variant and variant not in self.variants[layout]:
-            return f"variant {variant!r} of layout {layout!r}"
+            return f"variant '{variant}' of layout '{layout}'"
         return None
 
     @functools.cache
     def keymap(self, layout, variant, model):
-        """None if the rules do not list it, or it does not compile."""
+        """Returns None if the rules do not list the keymap or it does not compile."""
         if self.unlisted(layout, variant):
             return None
         names = RuleNames(*(name.encode() for name in (RULES, model, layout, variant, "")))

@@ -1,0 +1,32 @@
+"""The command line of the checks: their arguments, their findings and modules that are missing."""
+
+import argparse
+import contextlib
+import sys
+
+
+def arguments(docstring, name):
+    """Returns the arguments. Needs no other module, so that --help always works."""
+    parser = argparse.ArgumentParser(
+        description=docstring, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument(name, nargs="*")
+    return getattr(parser.parse_args(), name)
+
+
+@contextlib.contextmanager
+def imports():
+    """Ends the program with a hint if an import within fails."""
+    try:
+        yield
+    except ModuleNotFoundError as missing:
+        sys.exit(f"module '{missing.name}' is missing; run scripts/install-dependencies")
+
+
+def report(findings):
+    """Prints the findings. Returns the exit status: 1 if there are any."""
+    sys.stdout.reconfigure(errors="backslashreplace")
+    status = 0
+    for finding in findings:
+        print(finding)
+        status = 1
+    return status
