@@ -20,6 +20,7 @@ TEST(Provider, FillsItsSlotsAndReadsNothing) {
     const Provider provider(PluginUnderTest());
 #define SLOT_INDEX(member, index) index,
     const std::set<std::size_t> own = {DATA_PROVIDER_SLOTS(SLOT_INDEX)};
+#undef SLOT_INDEX
     const auto* slots = reinterpret_cast<const std::uintptr_t*>(&provider.table());
     for (std::size_t i = 0; i < 76; ++i) {
       EXPECT_EQ(slots[i] != 0x1000 + i, own.contains(i)) << "slot " << i;

@@ -44,16 +44,17 @@ std::string CompleteAnswer(const std::string& request) {
   return Ask(request);
 }
 
-// Sends the request to a newly loaded library while allocations fail, and again afterwards. Returns
-// false if there was no allocation number `first`.
-bool Fails(const std::string& request, std::size_t first, std::size_t end) {
+// Sends the request to a newly loaded library while the allocations number `first` to `end` - 1
+// fail, and again afterwards. Returns false if there was no allocation number `first`.
+bool RefuseAndRetry(const std::string& request, std::size_t first, std::size_t end) {
   const std::string complete = CompleteAnswer(request);
   Prepare();
   RefuseAllocations(first, end);
   std::string answer = Ask(request);
   const bool refused = EndRefusals();
   answer.insert(0, Platform().log);
-  EXPECT_TRUE(answer == complete || std::regex_match(answer, kFailure)) << request << answer;
+  EXPECT_TRUE(answer == complete || std::regex_match(answer, kFailure))
+      << request << ", allocation " << first << ": " << answer;
   EXPECT_EQ(Ask(request), complete) << "when there is memory again";
   return refused;
 }
@@ -70,8 +71,8 @@ long ResidentPages() {
 // The leak sanitizer and valgrind check that nothing leaks.
 TEST(Requests, SurviveAllocationFailure) {
   for (const std::string& request : kRequests) {
-    for (std::size_t first = 0; Fails(request, first, first + 1); ++first) {
-      Fails(request, first, SIZE_MAX);
+    for (std::size_t first = 0; RefuseAndRetry(request, first, first + 1); ++first) {
+      RefuseAndRetry(request, first, SIZE_MAX);
     }
   }
 }
