@@ -70,8 +70,8 @@ void ReadKeyboardName(guint index, JsonObject* element, NameTable& table) {
   const char* name = StringOf(json_object_get_member(element, "name"));
   const char* display_name = StringOf(json_object_get_member(element, "display_name"));
   if (name == nullptr || display_name == nullptr) {
-    QEL_WARNING("%s[%u] skipped: no string \"%s\"", kNameTable, index,
-                name == nullptr ? "name" : "display_name");
+    const char* missing = name == nullptr ? "name" : "display_name";
+    QEL_WARNING("%s[%u] skipped: no string \"%s\"", kNameTable, index, missing);
     return;
   }
   table.emplace(name, display_name);

@@ -63,7 +63,8 @@ void AddToLog(int priority, const char* text) {
   for (int line = std::stoi(parts[3]); line > 0; --line) {
     std::getline(source, statement);
   }
-  EXPECT_TRUE(statement.find("QEL_") != std::string::npos || std::getenv("MORVITH_PLUGIN")) << text;
+  EXPECT_TRUE(statement.find("QEL_") != std::string::npos || std::getenv("MORVITH_PLUGIN"))
+      << text << " is not from '" << statement << "'";
   const std::string line = std::regex_replace(parts.format("$2: $4"), std::regex("\n"), "\\n");
   Platform().log += std::string(1, "IWE"[priority - QLOG_PRIORITY_INFO]) + " " + line + "\n";
 }
