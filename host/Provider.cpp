@@ -48,7 +48,7 @@ data_provider_entry Provider::Entry(const char* name) const {
   return reinterpret_cast<data_provider_entry>(symbol);
 }
 
-// A slot that the provider left out still has what the host put there.
+// A slot that the provider did not write still has the host's default.
 void Provider::CheckSlots() const {
   data_provider_cbs defaults = {};
   init_data_provider_cbs(&defaults);
@@ -58,23 +58,9 @@ void Provider::CheckSlots() const {
                       " empty");
     }
   };
-  check("set_int", m_table->set_int, defaults.set_int);
-  check("set_string", m_table->set_string, defaults.set_string);
-  check("get_int", m_table->get_int, defaults.get_int);
-  check("get_string", m_table->get_string, defaults.get_string);
-  check("release_string", m_table->release_string, defaults.release_string);
-  check("get_display_name", m_table->get_display_name, defaults.get_display_name);
-  check("get_help_text", m_table->get_help_text, defaults.get_help_text);
-  check("get_list_items", m_table->get_list_items, defaults.get_list_items);
-  check("get_list_item_display_value", m_table->get_list_item_display_value,
-        defaults.get_list_item_display_value);
-  check("get_list_item_string_value", m_table->get_list_item_string_value,
-        defaults.get_list_item_string_value);
-  check("get_list_item_int_value", m_table->get_list_item_int_value,
-        defaults.get_list_item_int_value);
-  check("free_list_items", m_table->free_list_items, defaults.free_list_items);
-  check("get_module_info", m_table->get_module_info, defaults.get_module_info);
-  check("get_help_image_path", m_table->get_help_image_path, defaults.get_help_image_path);
+#define CHECK_SLOT(member, index) check(#member, m_table->member, defaults.member);
+  DATA_PROVIDER_SLOTS(CHECK_SLOT)
+#undef CHECK_SLOT
 }
 
 std::optional<std::string> Provider::Ask(StringCallback callback, const std::string& key) const {

@@ -17,53 +17,43 @@ constexpr char kKeyboardTypes[] = "keyboard_types";
 using NameTable = std::unordered_map<std::string, std::string, TextHash>;
 using LocaleTable = std::unordered_map<std::string, std::vector<std::string>>;
 
-// What an element callback fills. An exception must not pass through JSON-GLib's frames: the
-// callback leaves it here, and the elements that follow are not read.
+// The user data of an element callback. C++ exceptions must not unwind through JSON-GLib, which is
+// C: the callback stores an exception here and then skips the remaining elements.
 template <typename Table>
 struct Filling {
+  const char* name;
   Table& table;
   std::exception_ptr failure;
 };
 
-// GObject never forgets a registered type, nor can a type be registered twice. If JSON-GLib were
-// unloaded together with this library, its types would be lost for the rest of the process. On
-// loading, not on first use: a dlopen that is refused memory makes glibc fail the next ones too.
+// Keeps JSON-GLib loaded when this library is unloaded, because GObject can neither forget a type
+// nor register it again. The library links JSON-GLib, so dlopen finds it under its soname. An
+// address of JSON-GLib would not do: a host may define a function of the same name. This runs when
+// the library is loaded, because a dlopen that runs out of memory makes glibc fail later ones too.
 [[gnu::constructor]] void KeepJsonGlibLoaded() {
-  Dl_info json_glib = {};
-  if (dladdr(reinterpret_cast<void*>(json_parser_new), &json_glib) == 0 ||
-      dlopen(json_glib.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE) == nullptr) {
-    QEL_WARNING("JSON-GLib is not kept loaded: once unloaded, it cannot be used again");
-  }
+  dlopen("libjson-glib-1.0.so.0", RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE);
 }
 
-// The next three answer null for a node of another type; all but ArrayOf take null for a node that
-// is not there.
+// The next three return null if the node is null or has another type. JSON-GLib's own getters log
+// a critical error then, which ends a process that runs with G_DEBUG=fatal-criticals.
 
 JsonObject* ObjectOf(JsonNode* node) {
   return node != nullptr && JSON_NODE_HOLDS_OBJECT(node) ? json_node_get_object(node) : nullptr;
 }
 
 JsonArray* ArrayOf(JsonNode* node) {
-  return JSON_NODE_HOLDS_ARRAY(node) ? json_node_get_array(node) : nullptr;
+  return node != nullptr && JSON_NODE_HOLDS_ARRAY(node) ? json_node_get_array(node) : nullptr;
 }
 
 const char* StringOf(JsonNode* node) {
   return node != nullptr && JSON_NODE_HOLDS_VALUE(node) ? json_node_get_string(node) : nullptr;
 }
 
-// The list of an element of the locale table, without what is no type id.
+// The keyboard types of an element of the locale table. Skips elements that are not strings.
 std::vector<std::string> ReadKeyboardTypes(guint index, JsonObject* element) {
-  JsonNode* member = json_object_get_member(element, kKeyboardTypes);
-  if (member == nullptr) {
-    return {};
-  }
-  JsonArray* array = ArrayOf(member);
-  if (array == nullptr) {
-    QEL_WARNING("%s[%u].%s skipped: not an array", kLocaleTable, index, kKeyboardTypes);
-    return {};
-  }
   std::vector<std::string> types;
-  const guint length = json_array_get_length(array);
+  JsonArray* array = ArrayOf(json_object_get_member(element, kKeyboardTypes));
+  const guint length = array == nullptr ? 0 : json_array_get_length(array);
   types.reserve(length);
   for (guint i = 0; i < length; ++i) {
     const char* type = StringOf(json_array_get_element(array, i));
@@ -76,28 +66,18 @@ std::vector<std::string> ReadKeyboardTypes(guint index, JsonObject* element) {
   return types;
 }
 
-void ReadKeyboardName(guint index, JsonNode* node, NameTable& table) {
-  JsonObject* element = ObjectOf(node);
-  if (element == nullptr) {
-    QEL_WARNING("%s[%u] skipped: not an object", kNameTable, index);
-    return;
-  }
+void ReadKeyboardName(guint index, JsonObject* element, NameTable& table) {
   const char* name = StringOf(json_object_get_member(element, "name"));
   const char* display_name = StringOf(json_object_get_member(element, "display_name"));
   if (name == nullptr || display_name == nullptr) {
-    QEL_WARNING("%s[%u] skipped: no string \"%s\"", kNameTable, index,
-                name == nullptr ? "name" : "display_name");
+    const char* missing = name == nullptr ? "name" : "display_name";
+    QEL_WARNING("%s[%u] skipped: no string \"%s\"", kNameTable, index, missing);
     return;
   }
   table.emplace(name, display_name);
 }
 
-void ReadLocale(guint index, JsonNode* node, LocaleTable& table) {
-  JsonObject* element = ObjectOf(node);
-  if (element == nullptr) {
-    QEL_WARNING("%s[%u] skipped: not an object", kLocaleTable, index);
-    return;
-  }
+void ReadLocale(guint index, JsonObject* element, LocaleTable& table) {
   const char* lang_local = StringOf(json_object_get_member(element, "lang_local"));
   if (lang_local == nullptr) {
     QEL_WARNING("%s[%u] skipped: no string \"lang_local\"", kLocaleTable, index);
@@ -110,42 +90,42 @@ void ReadLocale(guint index, JsonNode* node, LocaleTable& table) {
 }
 
 template <typename Table>
-void FillFromElement(guint index, JsonNode* element, gpointer user_data,
-                     void (*read)(guint, JsonNode*, Table&)) noexcept {
+void FillFromElement(guint index, JsonNode* node, gpointer user_data,
+                     void (*read)(guint, JsonObject*, Table&)) noexcept {
   auto& filling = *static_cast<Filling<Table>*>(user_data);
   if (filling.failure) {
     return;
   }
   try {
+    JsonObject* element = ObjectOf(node);
+    if (element == nullptr) {
+      QEL_WARNING("%s[%u] skipped: not an object", filling.name, index);
+      return;
+    }
     read(index, element, filling.table);
   } catch (...) {
     filling.failure = std::current_exception();
   }
 }
 
-void prase_keyboard_name_cb(JsonArray* /*array*/, guint index, JsonNode* element,
+void prase_keyboard_name_cb(JsonArray* /*array*/, guint index, JsonNode* node,
                             gpointer user_data) noexcept {
-  FillFromElement(index, element, user_data, ReadKeyboardName);
+  FillFromElement(index, node, user_data, ReadKeyboardName);
 }
 
-void prase_langlocal2keyboard_cb(JsonArray* /*array*/, guint index, JsonNode* element,
+void prase_langlocal2keyboard_cb(JsonArray* /*array*/, guint index, JsonNode* node,
                                  gpointer user_data) noexcept {
-  FillFromElement(index, element, user_data, ReadLocale);
+  FillFromElement(index, node, user_data, ReadLocale);
 }
 
 template <typename Table>
 void FillTable(JsonObject* root, const char* name, JsonArrayForeach element_cb, Table& table) {
-  JsonNode* member = json_object_get_member(root, name);
-  if (member == nullptr) {
-    return;
-  }
-  JsonArray* array = ArrayOf(member);
+  JsonArray* array = ArrayOf(json_object_get_member(root, name));
   if (array == nullptr) {
-    QEL_WARNING("%s skipped: not an array", name);
     return;
   }
   table.reserve(json_array_get_length(array));
-  Filling<Table> filling = {table, nullptr};
+  Filling<Table> filling = {name, table, nullptr};
   json_array_foreach_element(array, element_cb, &filling);
   if (filling.failure) {
     std::rethrow_exception(filling.failure);

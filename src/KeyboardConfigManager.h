@@ -1,4 +1,4 @@
-// The keyboard configuration: which keyboard types suit a locale, and how a type is named.
+// The keyboard configuration: the keyboard types of each locale and the name of each type.
 #ifndef MORVITH_KEYBOARD_CONFIG_MANAGER_H
 #define MORVITH_KEYBOARD_CONFIG_MANAGER_H
 
@@ -8,21 +8,21 @@
 #include <unordered_map>
 #include <vector>
 
-// The standard's hash. Under a name of its own, GCC's library takes it for quick, and does not keep
-// its result in each entry: an entry of two strings then takes 80 bytes of the heap, and not 96.
+// The standard hash under another name. libstdc++ does not cache the result of a hash that it does
+// not know, so an entry of two strings takes 80 bytes of the heap instead of 96.
 struct TextHash {
   std::size_t operator()(const std::string& text) const noexcept {
     return std::hash<std::string>()(text);
   }
 };
 
-// Reads the installed JSON file once, when first used, and never changes afterwards: it may be read
-// from any thread. A file that cannot be read leaves it empty, with an error in the log; a bad
-// element of it is skipped, with a warning, and so is a table or a list that is no array.
+// Reads the installed JSON file once, on first use, and never changes afterwards, so any thread may
+// read it. If the file cannot be parsed, an error is logged and both tables stay empty. A bad
+// element is skipped with a warning. A table or a list that is not an array counts as empty.
 class KeyboardConfigManager {
  public:
-  // Never null. Throws std::bad_alloc when memory is exhausted during the first use; the next call
-  // starts anew. (GLib, refused memory while it reads the file, ends the process.)
+  // Never null. Throws std::bad_alloc if memory runs out during the first use; the next call tries
+  // again. If an allocation of GLib fails while it parses the file, GLib ends the process.
   static KeyboardConfigManager* GetInstance();
 
   virtual ~KeyboardConfigManager();
@@ -30,11 +30,11 @@ class KeyboardConfigManager {
   KeyboardConfigManager& operator=(const KeyboardConfigManager&) = delete;
 
   // Replaces `keyboards` with the type ids of the locale, the preferred one first. Returns false
-  // and leaves `keyboards` as it was when the configuration does not know the locale.
+  // and leaves `keyboards` unchanged if the configuration does not have the locale.
   bool GetLangLocalKeyboards(const std::string& lang_local,
                              std::vector<std::string>& keyboards) const;
 
-  // The name to show for a type id: the id itself when the configuration has no name for it.
+  // Returns the name to show for a type id: the id itself if the configuration has no name for it.
   std::string GetKeyboardDisplayName(const std::string& keyboard_type) const;
 
  private:

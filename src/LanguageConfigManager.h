@@ -5,30 +5,30 @@
 #include <string>
 #include <vector>
 
-// The platform's number of a system language.
+// The platform's id of a system language.
 using sys_lang_id = int;
 
 struct LanguageInfo {
-  std::string lang_sid;    // message id of the language's name; two languages may share one
-  std::string lang_local;  // locale code, "ko_KR"; identifies the language
+  std::string lang_sid;    // message id of the language's name; two languages may share it
+  std::string lang_local;  // locale code, such as "ko_KR"; identifies the language
 };
 
-// Asks the system-information service once, when first used, and never changes afterwards: it may
-// be read from any thread. There is always a language, and the default is one of them.
+// Asks the system-information service once, on first use, and never changes afterwards, so any
+// thread may read it. There is at least one language, and the default is one of the languages.
 class LanguageConfigManager {
  public:
-  // Never null. Throws std::bad_alloc when memory is exhausted during the first use; the next call
-  // starts anew.
+  // Never null. Throws std::bad_alloc if memory runs out during the first use; the next call asks
+  // the service again.
   static LanguageConfigManager* GetInstance();
 
   virtual ~LanguageConfigManager();
   LanguageConfigManager(const LanguageConfigManager&) = delete;
   LanguageConfigManager& operator=(const LanguageConfigManager&) = delete;
 
-  // In the order of the service, ids reported twice included.
+  // The languages in the order of the service. A language that is reported twice appears twice.
   const std::vector<LanguageInfo>& GetLanguageInfoVec() const { return m_language_info_vec; }
 
-  // "en_US" or "en_GB", whichever the device reports first.
+  // "en_US" or "en_GB": the one that the device reports first, or "en_GB" if it reports neither.
   const std::string& GetDefaultLangLocal() const { return m_default_lang_local; }
 
  private:

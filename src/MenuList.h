@@ -1,31 +1,33 @@
-// Lists of choices in the form that the host reads and frees: every block is of the C heap, and
-// belongs to the list until the host gives the list back.
+// Lists of choices in the form that the host reads and frees. Every block is on the C heap and
+// belongs to the list.
 #ifndef MORVITH_MENU_LIST_H
 #define MORVITH_MENU_LIST_H
 
 #include <cstddef>
 
 struct MenuListItem {
-  char* string_value;   // the choice, as its registry key stores it
+  char* string_value;   // the value that the registry stores for this choice
   char* display_value;  // the text for the user
 };
 
-// Frees the items, each with its strings, then the array. Null positions and a null list are
-// allowed; with a count below 1 the array alone is freed.
+// Frees the items with their strings, then the array. The list and its items may be null. If
+// `count` is below 1, only the array is freed.
 void FreeMenuList(void** list, int count) noexcept;
 
-// A list under construction. Frees all that it holds unless it is released to the host.
+// A list under construction. The destructor frees the list unless Release() was called.
 class MenuList {
  public:
-  // Throws std::bad_alloc, as everything here that allocates.
+  // Allocates an array of `count` items. Throws std::bad_alloc.
   explicit MenuList(std::size_t count);
   ~MenuList();
   MenuList(const MenuList&) = delete;
   MenuList& operator=(const MenuList&) = delete;
 
-  // Takes the next of the `count` positions. The strings of the item are null.
+  // Adds an item whose strings are null. Must be called at most `count` times. Throws
+  // std::bad_alloc.
   MenuListItem& AddItem();
 
+  // Hands the array over to the caller. It may be null if `count` is 0.
   void** Release() noexcept;
 
  private:

@@ -1,4 +1,4 @@
-// Blocks of the C heap: what the library hands to its host, and what the platform hands to it.
+// Blocks of the C heap, which the library exchanges with its host and with the platform.
 #ifndef MORVITH_HEAP_H
 #define MORVITH_HEAP_H
 
@@ -15,7 +15,7 @@ struct FreeDeleter {
 template <typename T>
 using HeapPtr = std::unique_ptr<T, FreeDeleter>;
 
-// A new block, once it is known that there is one. Throws std::bad_alloc, as all that follows.
+// Returns `block`; throws std::bad_alloc if it is null.
 template <typename T>
 T* OrBadAlloc(T* block) {
   if (block == nullptr) {
@@ -24,14 +24,19 @@ T* OrBadAlloc(T* block) {
   return block;
 }
 
+// Returns a zeroed array of `count` elements, or possibly null if `count` is 0. Throws
+// std::bad_alloc.
 template <typename T>
 T* AllocateZeroed(std::size_t count = 1) {
-  return OrBadAlloc(static_cast<T*>(std::calloc(count, sizeof(T))));
+  T* block = static_cast<T*>(std::calloc(count, sizeof(T)));
+  return count == 0 ? block : OrBadAlloc(block);  // calloc may return null for a size of 0
 }
 
-// Copies that the host frees: a text whole, or a type's text or value in a zero-filled block of 256
-// bytes, cut after DATA_PROVIDER_TYPE_LENGTH.
+// Returns a copy that the host frees. Throws std::bad_alloc.
 char* CopyForHost(const char* text);
+
+// Returns a copy that the host frees: a zeroed block of 256 bytes with the first
+// DATA_PROVIDER_TYPE_LENGTH bytes of the text or value of a type. Throws std::bad_alloc.
 char* CopyTypeForHost(const std::string& text);
 
 #endif

@@ -1,4 +1,5 @@
-// The library's log lines: main log, tag "IME_QEL", and where in the source the line comes from.
+// The library's log lines. Each has the tag "IME_QEL" and begins with its source file, function and
+// line. A log statement must fit on one line, because compilers differ in __LINE__ otherwise.
 #ifndef MORVITH_LOG_H
 #define MORVITH_LOG_H
 

@@ -56,7 +56,7 @@ constexpr std::array<MenuItem, 3> menu_item_list = {{
      get_kvreg_type_string, set_kvreg_type_string, get_qel_typelist},
 }};
 
-// The row of a table with this key, or null.
+// Returns the row of a table with this key, or null.
 template <typename Rows>
 auto FindRow(const Rows& rows, const char* key) -> decltype(rows.data()) {
   const auto* found =
@@ -66,7 +66,7 @@ auto FindRow(const Rows& rows, const char* key) -> decltype(rows.data()) {
   return found == rows.end() ? nullptr : found;
 }
 
-// Says what the exception was that is being handled.
+// Logs the exception that is being handled.
 void LogException(const char* key, const char* failure) noexcept {
   try {
     throw;
@@ -77,8 +77,8 @@ void LogException(const char* key, const char* failure) noexcept {
   }
 }
 
-// Carries a request out. An exception of any type, be it the platform's own, ends here and in the
-// log: none may reach the host. Returns whether there was none.
+// Runs a request. Any exception is logged and stops here, because none may reach the host. Returns
+// false if there was an exception.
 template <typename Request>
 bool CatchAll(const char* key, const char* failure, Request request) noexcept {
   try {
@@ -90,11 +90,11 @@ bool CatchAll(const char* key, const char* failure, Request request) noexcept {
   }
 }
 
-// Sets `*copy` to a copy of what `text` returns, or to null.
+// Sets `*copy` to a copy of the text that `text` returns, or to null on failure.
 template <typename Text>
 void HandOut(const char* key, char** copy, Text text) noexcept {
   *copy = nullptr;
-  CatchAll(key, "nothing to hand out", [&] { *copy = CopyForHost(text()); });
+  CatchAll(key, "cannot answer", [&] { *copy = CopyForHost(text()); });
 }
 
 bool GetInforSupportBTSmartControl() {
@@ -114,7 +114,7 @@ int set_string(const char* key, const char* value) noexcept {
   if (item == nullptr || item->setter == nullptr) {
     return 1;
   }
-  CatchAll(key, "not stored, or its type not with it", [&] { item->setter(value); });
+  CatchAll(key, "not stored completely", [&] { item->setter(value); });
   return 1;
 }
 
@@ -124,7 +124,7 @@ int get_string(const char* key, char** value) noexcept {
   const MenuItem* item = FindRow(menu_item_list, key);
   if (item != nullptr && item->getter != nullptr && value != nullptr) {
     *value = nullptr;
-    CatchAll(key, "not read", [&] { item->getter(value); });
+    CatchAll(key, "cannot read the value", [&] { item->getter(value); });
   }
   return 1;
 }
@@ -137,7 +137,7 @@ int release_string(char* string) noexcept {
   return 0;
 }
 
-// The name or the help text of an item, `word` being which of them.
+// Answers with the name or the help text of an item. `word` says which, for the log.
 int GetText(const char* key, MessageId message_id, const char* word, char** text) noexcept {
   const MenuItem* item = FindRow(menu_item_list, key);
   if (item == nullptr || text == nullptr) {
@@ -166,7 +166,7 @@ void** get_list_items(const char* key, int* count) noexcept {
     return nullptr;
   }
   void** list = nullptr;
-  if (!CatchAll(key, "no list", [&] { list = item->list_builder(key, count); })) {
+  if (!CatchAll(key, "cannot list the choices", [&] { list = item->list_builder(key, count); })) {
     *count = 0;
   }
   return list;
@@ -213,6 +213,7 @@ int get_help_image_path(const char* key, char** path) noexcept {
   return 0;
 }
 
+// In the order of the slots, without a loop or a macro, so that it reads like the header.
 void FillSlots(data_provider_cbs& table) {
   table.set_int = set_int;
   table.set_string = set_string;
@@ -235,21 +236,21 @@ void FillSlots(data_provider_cbs& table) {
 int create_provider(void** handle) noexcept {
   QEL_INFO("QEL menuitem provider init");
   if (bindtextdomain(DATA_PROVIDER_TEXT_DOMAIN, kLocaleDirectory) == nullptr) {
-    QEL_ERROR("text domain %s not bound: texts stay untranslated", DATA_PROVIDER_TEXT_DOMAIN);
+    QEL_ERROR("cannot bind text domain '%s': texts stay untranslated", DATA_PROVIDER_TEXT_DOMAIN);
   }
   if (handle == nullptr) {
-    QEL_ERROR("no handle to create a provider in");
+    QEL_ERROR("cannot create a provider: the handle is null");
     return 1;
   }
-  *handle = nullptr;
   auto* table = static_cast<data_provider_cbs*>(std::calloc(1, sizeof(data_provider_cbs)));
   if (table == nullptr) {
-    QEL_ERROR("no memory for the callback table");
+    QEL_ERROR("out of memory: cannot create the callback table");
+    *handle = nullptr;
     return 1;
   }
   init_data_provider_cbs(table);
-  *handle = table;
   FillSlots(*table);
+  *handle = table;
   return 0;
 }
 

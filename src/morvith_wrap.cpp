@@ -48,7 +48,7 @@ void get_kvreg_type_string(char** value) { *value = kvreg_get_str(DATA_PROVIDER_
 
 void set_kvreg_lang_string(const char* value) {
   if (value == nullptr) {
-    QEL_ERROR("no keyboard language to store: the value is null");
+    QEL_ERROR("cannot store a keyboard language: the value is null");
     return;
   }
   const std::string language = SupportedOrDefault(value);
@@ -56,12 +56,13 @@ void set_kvreg_lang_string(const char* value) {
     QEL_ERROR("Fail Set Default Keyboard Language");
     return;
   }
+  // The stored type always follows the language, because a type value contains its language.
   set_kvreg_type_string(TypeValue(language, FirstKeyboardType(language)).c_str());
 }
 
 void set_kvreg_type_string(const char* value) {
   if (value == nullptr) {
-    QEL_ERROR("no keyboard type to store: the value is null");
+    QEL_ERROR("cannot store a keyboard type: the value is null");
     return;
   }
   QEL_INFO("set keyboard_language = %s", value);

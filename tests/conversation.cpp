@@ -2,18 +2,28 @@
 
 #include <cstdlib>
 #include <map>
+#include <memory>
 #include <sstream>
 #include <utility>
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
-#include <libintl.h>
 
+#include "Provider.h"
 #include "failing_allocator.h"
 #include "fake_platform.h"
-#include "ui_language.h"
 
 namespace {
+
+constexpr char kConfig[] = R"json({
+  "keyboard_name_map": [{"name": "kr_ibm106", "display_name": "Korean (106 keys)"}],
+  "lang_local_keyboard_type_table": [
+    {"lang_local": "ko_KR", "keyboard_types": ["kr_ibm106", "us_intl_ibm103i"]},
+    {"lang_local": "fr_CA"}
+  ]
+})json";
+
+std::unique_ptr<Provider> g_provider;
 
 const std::map<std::string, std::string> kKeys = {{"page", DATA_PROVIDER_PAGE},
                                                   {"language", DATA_PROVIDER_LANGUAGE},
@@ -37,7 +47,7 @@ std::pair<std::string, std::string> SplitWord(const std::string& line) {
                                     : std::pair(line.substr(0, space), line.substr(space + 1));
 }
 
-// "NULL" is a null pointer, "" the empty string, anything else itself.
+// NULL is a null pointer, "" the empty string.
 const char* Argument(const std::string& text) {
   return text == "NULL" ? nullptr : text == "\"\"" ? "" : text.c_str();
 }
@@ -48,6 +58,66 @@ auto InLibrary(Request request) {
   return request();
 }
 
+void Unload() {
+  g_provider.reset();
+  EXPECT_EQ(dlopen(PluginUnderTest().c_str(), RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";
+}
+
+struct UnloadAtEnd : testing::Environment {
+  void TearDown() override { Unload(); }
+};
+const testing::Environment* g_unload = testing::AddGlobalTestEnvironment(new UnloadAtEnd);
+
+// Calls the callback with each key, also with a null out-pointer.
+std::string GetStrings(const std::string& command, const std::string& keys) {
+  const auto callback = g_provider->table().*kStringCallbacks.at(command);
+  std::string answers;
+  std::istringstream words(keys);
+  for (std::string word; words >> word;) {
+    char untouched[] = "(untouched)";
+    char* text = untouched;
+    const std::string key = Key(word);
+    const int result = InLibrary([&] { return callback(Argument(key), &text); });
+    EXPECT_EQ(callback(Argument(key), nullptr), result) << word;
+    answers += std::to_string(result) + " " + (text == nullptr ? "(null)" : text) + "\n";
+    if (text != untouched) {
+      EXPECT_EQ(g_provider->table().release_string(text), text == nullptr ? 1 : 0);
+    }
+  }
+  return answers;
+}
+
+std::string SetString(const char* key, const char* value) {
+  const int result = InLibrary([&] { return g_provider->table().set_string(key, value); });
+  std::string answer = std::to_string(result);
+  for (const auto& [stored_key, stored_value] : Platform().registry) {
+    answer += " " + stored_value;
+  }
+  return answer + "\n";
+}
+
+std::string GetListItems(const char* key) {
+  const auto get_list_items = g_provider->table().get_list_items;
+  EXPECT_EQ(get_list_items(key, nullptr), nullptr);
+  int count = 42;
+  void** list = InLibrary([&] { return get_list_items(key, &count); });
+  if (list == nullptr) {
+    return "no list, count " + std::to_string(count) + "\n";
+  }
+  std::string answer = count == 0 ? "empty list\n" : "";
+  for (const ListItem& item : g_provider->TakeList(list, count)) {
+    answer += item.value + " | " + item.display_value + "\n";
+  }
+  return answer;
+}
+
+std::string CreateProvider() {
+  void* handle = &handle;
+  const int result = InLibrary([&] { return g_provider->create_provider()(&handle); });
+  g_provider->delete_provider()(&handle);
+  return std::to_string(result) + (handle == nullptr ? " null\n" : " table\n");
+}
+
 }  // namespace
 
 std::string PluginUnderTest() {
@@ -55,22 +125,17 @@ std::string PluginUnderTest() {
   return plugin == nullptr ? TEST_PLUGIN : plugin;
 }
 
-Conversation::Conversation() {
-  ResetPlatform();
-  UseUiLanguage(kNoLanguage);
+void Begin() {
+  Unload();
+  Platform() = FakePlatform();
+  Platform().settings = {{"languages", "0 1"}, {"config", kConfig}, {"devinfo", "0"}};
 }
 
-Conversation::~Conversation() { Unload(); }
-
-void Conversation::Unload() {
-  m_provider.reset();
-  EXPECT_EQ(dlopen(PluginUnderTest().c_str(), RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";
-}
-
-std::string Conversation::Say(const std::string& order) {
+std::string Say(const std::string& order) {
   const auto [command, rest] = SplitWord(order);
+  const auto [name, value] = SplitWord(rest);
   if (command == "types") {
-    Say("config " + rest);
+    Say("device config " + rest);
     Say("stored language xx_XX");
     return Say("get_list_items type");
   }
@@ -78,95 +143,39 @@ std::string Conversation::Say(const std::string& order) {
     Say("device languages " + rest);
     return Say("get_list_items language");
   }
-  if (SetUp(command, rest)) {
+  if (command == "stored") {
+    Platform().registry[Key(name)] = Argument(value);
     return "";
   }
-  if (!m_provider) {
-    m_provider = std::make_unique<Provider>(PluginUnderTest());
+  if (command == "device") {
+    Platform().settings[name] = Key(value);
+    if (name == "languages" || name == "config") {
+      Unload();  // the library reads them once
+    }
+    return "";
+  }
+  if (!g_provider) {
+    g_provider = std::make_unique<Provider>(PluginUnderTest());
     Platform().log.clear();
   }
   const std::string answer = Ask(order);
   return std::exchange(Platform().log, "") + answer;
 }
 
-// What the library reads once, a library that is loaded anew reads.
-bool Conversation::SetUp(const std::string& command, const std::string& rest) {
-  const auto [name, value] = SplitWord(rest);
-  if (command == "config" || name == "languages") {
-    Unload();
+std::string Ask(const std::string& request) {
+  const auto [command, rest] = SplitWord(request);
+  const auto [word, value] = SplitWord(rest);
+  const std::string key = Key(word);
+  if (command == "reads") {
+    const std::string languages = std::to_string(Platform().language_reads);
+    return languages + " " + std::to_string(Platform().config_reads) + "\n";
   }
-  if (command == "config") {
-    InstallKeyboardConfig(rest);
-  } else if (command == "device") {
-    Platform().settings[name] = Key(value);
-  } else if (command == "stored") {
-    Platform().registry[Key(name)] = Argument(value);
-  } else if (command == "ui-language") {
-    UseUiLanguage(rest);
-  } else {
-    return false;
-  }
-  return true;
-}
-
-std::string Conversation::Ask(const std::string& order) const {
-  const auto [command, rest] = SplitWord(order);
-  const auto [key_word, value] = SplitWord(rest);
-  const std::string key = Key(key_word);
-  if (command == "opens") {
-    return std::to_string(KeyboardConfigOpens()) + "\n";
+  if (command == "create") {
+    return CreateProvider();
   }
   if (command == "get_list_items") {
-    return List(Argument(key));
+    return GetListItems(Argument(key));
   }
-  if (command == "set_string") {
-    const data_provider_cbs& table = m_provider->table();
-    const char* choice = Argument(value);
-    const int result = InLibrary([&] { return table.set_string(Argument(key), choice); });
-    return std::to_string(result) + " " + StoredValue(DATA_PROVIDER_LANGUAGE) + ", " +
-           StoredValue(DATA_PROVIDER_TYPE) + "\n";
-  }
-  return command == "create" ? Create() : AskEach(command, rest);
-}
-
-std::string Conversation::AskEach(const std::string& command, const std::string& keys) const {
-  const data_provider_cbs& table = m_provider->table();
-  const auto callback = kStringCallbacks.at(command);
-  std::string answers;
-  std::istringstream words(keys);
-  for (std::string word; words >> word;) {
-    char untouched[] = "(untouched)";
-    char* text = untouched;
-    const std::string key = Key(word);
-    const int result = InLibrary([&] { return (table.*callback)(Argument(key), &text); });
-    answers += std::to_string(result) + " " + (text == nullptr ? "(null)" : text) + "\n";
-    if (text != untouched) {
-      table.release_string(text);
-    }
-  }
-  return answers;
-}
-
-std::string Conversation::List(const char* key) const {
-  int count = 42;
-  void** list = InLibrary([&] { return m_provider->table().get_list_items(key, &count); });
-  if (list == nullptr) {
-    return "no list, count " + std::to_string(count) + "\n";
-  }
-  std::string answer = std::to_string(count) + "\n";
-  for (const ListItem& item : m_provider->TakeList(list, count)) {
-    answer += item.value + " | " + item.display_value + "\n";
-  }
-  return answer;
-}
-
-// A second provider. The text domain is bound elsewhere first, so that binding it takes memory.
-std::string Conversation::Create() const {
-  bindtextdomain(DATA_PROVIDER_TEXT_DOMAIN, "/");
-  void* handle = &handle;
-  const int result = InLibrary([&] { return m_provider->create_provider()(&handle); });
-  const std::string bound = bindtextdomain(DATA_PROVIDER_TEXT_DOMAIN, nullptr);
-  m_provider->delete_provider()(&handle);
-  return std::to_string(result) + (handle == nullptr ? " none" : " made") +
-         (bound == "/" ? "\n" : ", bound\n");
+  return command == "set_string" ? SetString(Argument(key), Argument(value))
+                                 : GetStrings(command, rest);
 }

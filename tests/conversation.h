@@ -1,39 +1,22 @@
-// A host and a platform that take orders by the line, so that what passes between them and the
-// plug-in can be written down and read like a conversation. CONTRIBUTING.md lists the orders.
+// Scripted tests of the plug-in. An order goes to the device or to the plug-in, and its answer is
+// text. CONTRIBUTING.md lists the orders. A process has one device and one plug-in.
 #ifndef TESTS_CONVERSATION_H
 #define TESTS_CONVERSATION_H
 
-#include <memory>
 #include <string>
 
-#include "Provider.h"
-
-// The library that ships, or the one that $MORVITH_PLUGIN names.
+// The plug-in of this build, or the one that $MORVITH_PLUGIN names.
 std::string PluginUnderTest();
 
-class Conversation {
- public:
-  Conversation();
-  ~Conversation();  // sees that the library is gone
-  Conversation(const Conversation&) = delete;
-  Conversation& operator=(const Conversation&) = delete;
+// Starts a conversation with a new device. The plug-in is not loaded.
+void Begin();
 
-  // Follows one order. Returns what came of it, a line each: what the plug-in logged, then what it
-  // answered. Orders to the platform have no answer.
-  std::string Say(const std::string& order);
+// Follows an order. Returns what the plug-in logged, then what it answered, one item a line. An
+// order to the device has no answer. A request loads the plug-in if necessary.
+std::string Say(const std::string& order);
 
-  // The answer alone to a request, of a plug-in that is loaded: for threads that ask at once. The
-  // library's allocations may be refused within it.
-  std::string Ask(const std::string& order) const;
-
- private:
-  bool SetUp(const std::string& command, const std::string& rest);
-  std::string AskEach(const std::string& command, const std::string& keys) const;
-  std::string List(const char* key) const;
-  std::string Create() const;
-  void Unload();
-
-  std::unique_ptr<Provider> m_provider;
-};
+// Sends a request to the loaded plug-in. Returns only the answer. May be called from threads. The
+// plug-in's allocations may be refused.
+std::string Ask(const std::string& request);
 
 #endif

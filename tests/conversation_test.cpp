@@ -1,4 +1,4 @@
-// The conversations that are written down in conversations/*.txt take place as written.
+// Runs the conversations in conversations/*.txt.
 #include <filesystem>
 #include <fstream>
 
@@ -6,24 +6,22 @@
 
 #include "conversation.h"
 
-// A line that begins with '#' begins a new conversation, "> " an order; what follows it, up to a
-// blank line or the next order, is the answer.
-TEST(Conversations, TakePlaceAsWritten) {
+// A line that begins with "#" starts a new conversation. A line that begins with "> " is an order.
+// The lines below an order are its answer. Blank lines are ignored.
+TEST(Conversations, HaveTheWrittenAnswers) {
   for (const auto& entry : std::filesystem::directory_iterator(TEST_CONVERSATIONS)) {
     std::ifstream file(entry.path());
-    std::string written;
-    std::string heard;
-    auto conversation = std::make_unique<Conversation>();
+    std::string expected;
+    std::string actual;
     for (std::string line; std::getline(file, line);) {
       if (line.starts_with("#")) {
-        conversation.reset();
-        conversation = std::make_unique<Conversation>();
-        heard += line + "\n";
+        Begin();
+        actual += line + "\n";
       } else if (line.starts_with("> ")) {
-        heard += line + "\n" + conversation->Say(line.substr(2));
+        actual += line + "\n" + Say(line.substr(2));
       }
-      written += line.empty() ? "" : line + "\n";
+      expected += line.empty() ? "" : line + "\n";
     }
-    EXPECT_EQ(heard, written) << entry.path();
+    EXPECT_EQ(actual, expected) << entry.path();
   }
 }

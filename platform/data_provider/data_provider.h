@@ -2,57 +2,64 @@
  * The boundary between the settings application (the host) and a data provider: the two functions
  * that a provider exports, and the callback table that they exchange. Plain C, for C11 and C++.
  *
- * The contracts below are those of the keyboard settings provider, libmorvith_dataprovider. They
- * speak of three items of the menu, whose keys are defined below: the page, and on it the language
- * and the type.
+ * This is the contract of the keyboard settings provider, libmorvith_dataprovider. The provider
+ * serves three menu items, whose keys are defined below: the page, and its settings language and
+ * type.
  *
- * A host, as `pkg-config --cflags --libs morvith-dataprovider` builds it:
+ * A host is built with `pkg-config --cflags --libs morvith-dataprovider`. A host
  *
- *   - defines `init_data_provider_cbs` and exports it, linked with -rdynamic or, for this function
- *     alone, with -Wl,--export-dynamic-symbol=init_data_provider_cbs; otherwise dlopen() fails with
- *     "undefined symbol: init_data_provider_cbs", whether with RTLD_NOW or RTLD_LAZY;
- *   - sets a locale with setlocale(); texts are in its language, or in the language that the
- *     environment variable LANGUAGE names. gettext ignores LANGUAGE in the locale "C" and, from
- *     glibc 2.39 on, in "C.UTF-8": there, texts stay message ids;
- *   - loads the provider, `pkg-config --variable=plugin morvith-dataprovider`, with
- *     dlopen(plugin, RTLD_NOW | RTLD_LOCAL), and finds its two functions with dlsym();
- *   - calls `create_provider`, then the slots of the table as it likes, then `delete_provider`;
- *   - unloads it with dlclose(), when all that was handed out has been given back.
+ *   - defines `init_data_provider_cbs` and exports it: with the linker option -rdynamic, or with
+ *     -Wl,--export-dynamic-symbol=init_data_provider_cbs for this function alone. Otherwise
+ *     dlopen() fails with "undefined symbol: init_data_provider_cbs", even with RTLD_LAZY;
+ *   - sets a locale with setlocale(). The environment variable LANGUAGE selects another language
+ *     for the texts. gettext ignores LANGUAGE in the locale "C" and, since glibc 2.39, in
+ *     "C.UTF-8"; texts stay message ids there;
+ *   - loads the provider with dlopen(plugin, RTLD_NOW | RTLD_LOCAL) and finds its two functions
+ *     with dlsym(). `pkg-config --variable=plugin morvith-dataprovider` prints the path;
+ *   - calls `create_provider`, then the callbacks of the table in any order, then
+ *     `delete_provider`;
+ *   - unloads the provider with dlclose() after it has given everything back.
  *
  * Conventions, unless a slot says otherwise:
  *
- *  1. Memory. What a callback hands out is a fresh block of the C heap. It is the host's until the
- *     host gives it back: a string through `release_string`, a list through `free_list_items`, the
- *     table through `delete_provider`. What the host passes in is borrowed for the call.
- *  2. Null. A null key is an unknown key. A null out-pointer is never written through, and nothing
- *     that would have been handed out through it is made.
- *  3. Keys. Compared whole and case-sensitively. For an unknown key nothing is done and the out
- *     value is left as it was.
- *  4. Text. NUL-terminated. Texts of the keyboard configuration are UTF-8. Translated texts come
- *     from gettext, in the codeset of the host's LC_CTYPE: a host whose locale is not a UTF-8 one
- *     calls bind_textdomain_codeset(DATA_PROVIDER_TEXT_DOMAIN, "UTF-8") after `create_provider`.
- *  5. Errors. Nothing throws and nothing aborts, whatever the data files, the registry or the
- *     system-information service answer; an exception of any type that one of them lets out ends
- *     within the call. What fails is written to the platform log (tag "IME_QEL") where it happens.
- *  6. Memory exhausted. The request fails as its slot says, leaks nothing, and is answered anew the
- *     next time. Two limits: the C++ runtime ends the process when memory runs out while the
- *     library is being loaded, in which its language table is built; GLib ends it when it is
- *     refused memory while it reads the keyboard configuration, on the first request that needs it.
+ *  1. Memory. A callback returns a new block on the C heap. The host owns the block and gives it
+ *     back: a string with `release_string`, a list with `free_list_items`, the table with
+ *     `delete_provider`. Arguments are borrowed for the call.
+ *  2. Null. A null key is an unknown key. If an out-pointer is null, nothing is written and nothing
+ *     is allocated for it.
+ *  3. Keys. They are compared as a whole, and case-sensitively. For an unknown key a callback does
+ *     nothing and leaves the out value unchanged.
+ *  4. Text. Strings end with a NUL. Texts of the keyboard configuration are UTF-8. Translated texts
+ *     have the codeset of the host's LC_CTYPE. If that is not UTF-8, the host should call
+ *     bind_textdomain_codeset(DATA_PROVIDER_TEXT_DOMAIN, "UTF-8") after `create_provider`.
+ *  5. Errors. No callback throws or aborts because of the contents of the data files, or because of
+ *     an answer of the registry or the system-information service. If such a service throws an
+ *     exception, the provider catches it, and the request fails as on allocation failure. Errors
+ *     are logged to the platform log with the tag "IME_QEL". One limit: JSON-GLib before 1.10
+ *     overflows the stack if the keyboard configuration nests tens of thousands of levels, or
+ *     hundreds of levels on a thread with a small stack.
+ *  6. Allocation failure. The request fails as its slot says, leaks nothing, and works again when
+ *     there is memory. Two limits:
+ *       - If an allocation of GLib fails, GLib ends the process. The provider uses GLib only in the
+ *         first request that needs the keyboard configuration.
+ *       - If an allocation fails while the provider is being loaded, dlopen() throws
+ *         std::bad_alloc. This ends the process unless the host catches it. A host that catches it
+ *         must not load the provider again, because its language table would be missing.
  *  7. Threads. A callback runs on the thread that calls it. The provider has no threads and no
- *     locks. Calls may overlap as far as the platform's services allow it: the configuration is
- *     loaded once, whoever asks first, and only read from then on. A call runs to its end: to
- *     cancel its thread (pthread_cancel) or to leave it with longjmp ends the process or loses what
- *     the call holds, so a host that cancels threads disables that around its calls. The log, the
- *     registry and the system-information service must not call back into the provider: a request
- *     that is the first to load the configuration would wait for itself.
- *  8. Lifetime. The callbacks are valid as long as the library is loaded. Give back every list
- *     before unloading: reading and freeing one needs the library. What was read from the device
- *     (its languages, the keyboard configuration) is read once and kept until the library is
- *     unloaded; the registry and the Bluetooth capability are read on every request.
+ *     locks. Calls may overlap if the platform's services allow it. The configuration is loaded
+ *     once, by the first call that needs it, and is read-only afterwards.
+ *       - A call must not be interrupted: pthread_cancel() and longjmp() end the process or leak
+ *         memory. A host that cancels threads must disable cancellation around its calls.
+ *       - The log, the registry and the system-information service must not call the provider. A
+ *         request that is loading the configuration would wait for itself.
+ *       - The log must not throw. The process would end.
+ *  8. Lifetime. The callbacks are valid while the provider is loaded. Every list must be given back
+ *     before the provider is unloaded. The supported languages and the keyboard configuration are
+ *     read once for each load. The registry and the Bluetooth capability are read on every request.
  *
- * The layout is the host's, for a 64-bit machine: 76 slots of one pointer, 608 bytes. Slots named
- * `reserved_N` (N is the slot's index) are not this provider's: they keep what
- * `init_data_provider_cbs` put there.
+ * The host defines the layout: 76 slots of one pointer, 608 bytes on a 64-bit machine. The provider
+ * does not write the slots named `reserved_N`, where N is the slot's index. They keep what
+ * `init_data_provider_cbs` wrote.
  */
 #ifndef DATA_PROVIDER_H
 #define DATA_PROVIDER_H
@@ -69,173 +76,184 @@ extern "C" {
 
 #define DATA_PROVIDER_EXPORT __attribute__((visibility("default")))
 
-/* Keys of the items. Those of the language and the type are also their keys in the registry. */
+/* Keys of the items. The keys of the language and the type are also their registry keys. */
 #define DATA_PROVIDER_PAGE "menu/system/external_device_manager/keyboard-settings"
 #define DATA_PROVIDER_LANGUAGE "db/ime/keyboard_language_name"
 #define DATA_PROVIDER_TYPE "db/ime/hardware_keyboard_name"
 
-/* Keys of the module information: who answers for the provider. */
+/* Keys of the module information: who is responsible for the provider. */
 #define DATA_PROVIDER_OWNER "provider/owner"
 #define DATA_PROVIDER_MAIN_COMPONENT "provider/main-component"
 #define DATA_PROVIDER_SUB_COMPONENT "provider/sub-component"
 
-/* The text domain of names, help texts and the names of languages. */
+/* The gettext domain of display names, help texts and language names. */
 #define DATA_PROVIDER_TEXT_DOMAIN "lib-morvith-tv"
 
-/* Bytes of a type's text or value, without the NUL, after which it is cut. */
+/* Maximum length of the text and of the value of a type, in bytes without the NUL. */
 #define DATA_PROVIDER_TYPE_LENGTH 254
 
 typedef void (*data_provider_reserved)(void);
 
 typedef struct data_provider_cbs {
-  /* Slot 0, offset 0. No item has an integer value: does nothing. Returns 0. */
+  /* Slot 0, offset 0. Does nothing: no item has an integer value. Returns 0. */
   int (*set_int)(const char* key, int value);
   data_provider_reserved reserved_1[5];
 
   /*
-   * Slot 6, offset 48. Stores the user's choice. Returns 1, always: read the item back to see what
-   * was stored.
+   * Slot 6, offset 48. Stores the user's choice. Always returns 1. The host should read the item
+   * again to see what was stored.
    *
-   * language  `value` is a locale code. One that is none of the choices is replaced by the first
-   *           English among them, "en_US" or "en_GB". Storing a language also stores the first
-   *           keyboard type of that language, or "us_intl_ibm103i" if it has none, in the form
-   *           "ko_KR.kr_ibm106", whatever type was stored before. If the language cannot be
-   *           written, the type is left as it was.
-   * type      `value` is stored as it is.
+   * language  `value` is a locale code. If it is not one of the choices, the first English choice
+   *           ("en_US" or "en_GB") is stored instead. Then the first keyboard type of that language
+   *           is stored, or "us_intl_ibm103i" if it has none, in the form "ko_KR.kr_ibm106". This
+   *           replaces any stored type. If the language cannot be written, the type stays
+   *           unchanged.
+   * type      `value` is stored without a check.
    *
-   * A null `value` stores nothing and logs one error line. Memory exhausted: what was not yet
-   * written is not written, and one error line is logged.
+   * A language is stored with two registry writes. If the process ends between the two, the old
+   * type stays stored. A host should store the language again if the type begins with another
+   * language.
+   *
+   * If `value` is null, nothing is stored. On allocation failure, the remaining writes are skipped.
+   * One error line is logged in both cases.
    */
   int (*set_string)(const char* key, const char* value);
   data_provider_reserved reserved_7[1];
 
-  /* Slot 8, offset 64. No item has an integer value: leaves `*value` as it was. Returns 0. */
+  /* Slot 8, offset 64. Leaves `*value` unchanged: no item has an integer value. Returns 0. */
   int (*get_int)(const char* key, int* value);
   data_provider_reserved reserved_9[2];
 
   /*
-   * Slot 11, offset 88. Reads the stored choice of the language or the type into `*value`, as the
-   * registry holds it; it need not be one of the choices. Null when there is none, for which no
-   * default is answered or stored, or when it cannot be read. Returns 1, always.
+   * Slot 11, offset 88. Reads the stored language or type from the registry. The value need not be
+   * one of the choices. `*value` is null if nothing is stored or the registry cannot be read; no
+   * default is returned or stored. Always returns 1.
    */
   int (*get_string)(const char* key, char** value);
 
-  /* Slot 12, offset 96. Frees a string that a callback handed out. Returns 0, for null 1. */
+  /* Slot 12, offset 96. Frees a string that a callback returned. Returns 0, or 1 for null. */
   int (*release_string)(char* string);
 
   /*
-   * Slot 13, offset 104. The translated name of any of the three items; its message id where the
-   * catalogue has no translation, or gettext lacks the memory to find it; null when memory is
-   * exhausted. Returns 0, always.
+   * Slot 13, offset 104. The translated display name of any of the three items. `*name` is the
+   * message id if the catalogue has no translation, or if an allocation of gettext failed while it
+   * loaded the catalogue in this process. It is null if the provider's own allocation fails. Always
+   * returns 0.
    */
   int (*get_display_name)(const char* key, char** name);
 
-  /* Slot 14, offset 112. The translated help text of any of the three items, as slot 13. */
+  /* Slot 14, offset 112. The translated help text of any of the three items, like slot 13. */
   int (*get_help_text)(const char* key, char** text);
   data_provider_reserved reserved_15[1];
 
   /*
-   * Slot 16, offset 128. The choices of the language or the type, built anew on each request, in
-   * an order that does not change: the device's for languages, the configuration's for types. Where
-   * the device reports neither "en_US" nor "en_GB", or nothing, "en_GB" is added as the last of the
-   * languages; those that the provider does not know are left out. The array has `*count` items,
-   * to be read through slots 17 and 19 and given back through slot 24.
+   * Slot 16, offset 128. The choices of the language or the type. Each request builds a new list.
+   * Languages have the order of the device, types the order of the keyboard configuration.
+   * Languages that the provider does not know are left out. If the device reports neither "en_US"
+   * nor "en_GB", "en_GB" is added at the end.
    *
-   *   list, `*count` > 0       the choices
-   *   list, `*count` 0         no choices; the list is to be given back all the same
-   *   null, `*count` 0         memory exhausted
-   *   null, `*count` as it was unknown key, the page, a null `count`, or (type) no stored language,
-   *                            or one that cannot be read, whatever the reason
+   * The array has `*count` items. Slots 17 and 19 read an item, slot 24 frees the list.
+   *
+   *   result  `*count`   meaning
+   *   list    above 0    the choices
+   *   list    0          no choices; the list must be given back. It may be null on a C library
+   *                      whose calloc() returns null for a size of 0; glibc's does not.
+   *   null    0          an allocation failed, or the platform threw an exception
+   *   null    unchanged  unknown key, the page, or a null `count`; for the type also: no language
+   *                      is stored, or it cannot be read
    */
   void** (*get_list_items)(const char* key, int* count);
 
   /*
-   * Slot 17, offset 136. The text of a choice. For a language the message id of its name in the
-   * text domain, which the host translates; two languages may share one. For a type its name, cut
-   * after DATA_PROVIDER_TYPE_LENGTH bytes, be it within a character. The string is the item's own:
-   * never release it, it goes with the list. A null `item` has a null text. Returns 0, always.
+   * Slot 17, offset 136. The text of a choice. For a language: the message id of its name, which
+   * the host translates; two languages may share it. For a type: its name, cut after
+   * DATA_PROVIDER_TYPE_LENGTH bytes, even in the middle of a UTF-8 character. The string belongs
+   * to the list and must not be released. If `item` is null, `*value` is null. Always returns 0.
    */
   int (*get_list_item_display_value)(void* item, char** value);
   data_provider_reserved reserved_18[1];
 
   /*
-   * Slot 19, offset 152. The value of a choice, as `set_string` takes and `get_string` gives it: a
-   * locale code ("ko_KR"), or for a type the stored language, a full stop and the type
-   * ("ko_KR.kr_ibm106"), cut like the text. Otherwise as slot 17.
+   * Slot 19, offset 152. The value of a choice, in the form that `set_string` takes and
+   * `get_string` returns. For a language: its locale code ("ko_KR"). For a type: the stored
+   * language, a full stop and the type id ("ko_KR.kr_ibm106"), cut like the text. Otherwise like
+   * slot 17.
    */
   int (*get_list_item_string_value)(void* item, char** value);
 
-  /* Slot 20, offset 160. No choice has an integer value: leaves `*value` as it was. Returns 0. */
+  /* Slot 20, offset 160. Leaves `*value` unchanged: no choice has an integer value. Returns 0. */
   int (*get_list_item_int_value)(void* item, int* value);
   data_provider_reserved reserved_21[3];
 
   /*
-   * Slot 24, offset 192. Frees a list of `count` items with all that it holds, positions that are
-   * null passed over. With a `count` below 1 the array alone. A null list is nothing to free.
-   * Returns 0, always.
+   * Slot 24, offset 192. Frees a list of `count` items, their strings and the array. The list and
+   * its items may be null. If `count` is below 1, only the array is freed. Always returns 0.
    */
   int (*free_list_items)(void** list, int count);
   data_provider_reserved reserved_25[19];
 
   /*
-   * Slot 44, offset 352. Who answers for the provider, by a key of the module information. Null
-   * when memory is exhausted. Returns 0, always.
+   * Slot 44, offset 352. The module information for one of the three keys above. `*value` is null
+   * on allocation failure. Always returns 0.
    */
   int (*get_module_info)(const char* key, char** value);
   data_provider_reserved reserved_45[3];
 
   /*
    * Slot 48, offset 384. The path of the page's help image: an Edje layout (.edj) on a device with
-   * Bluetooth smart control, a WebP image on any other, or when the device does not say. Null when
-   * memory is exhausted. Returns 0 for the page, -1 for any other key.
+   * Bluetooth smart control. On any other device, or if the capability cannot be read, it is a WebP
+   * image. `*path` is null on allocation failure. Returns 0 for the page, -1 for any other key.
    */
   int (*get_help_image_path)(const char* key, char** path);
   data_provider_reserved reserved_49[27];
 } data_provider_cbs;
 
-#define DATA_PROVIDER_SLOT(member, slot)                                       \
-  static_assert(offsetof(data_provider_cbs, member) == (slot) * sizeof(void*), \
-                #member " is not in its slot")
+/* The slots that the provider writes: X(name of the member, index of the slot). */
+#define DATA_PROVIDER_SLOTS(X)       \
+  X(set_int, 0)                      \
+  X(set_string, 6)                   \
+  X(get_int, 8)                      \
+  X(get_string, 11)                  \
+  X(release_string, 12)              \
+  X(get_display_name, 13)            \
+  X(get_help_text, 14)               \
+  X(get_list_items, 16)              \
+  X(get_list_item_display_value, 17) \
+  X(get_list_item_string_value, 19)  \
+  X(get_list_item_int_value, 20)     \
+  X(free_list_items, 24)             \
+  X(get_module_info, 44)             \
+  X(get_help_image_path, 48)
 
-DATA_PROVIDER_SLOT(set_int, 0);
-DATA_PROVIDER_SLOT(set_string, 6);
-DATA_PROVIDER_SLOT(get_int, 8);
-DATA_PROVIDER_SLOT(get_string, 11);
-DATA_PROVIDER_SLOT(release_string, 12);
-DATA_PROVIDER_SLOT(get_display_name, 13);
-DATA_PROVIDER_SLOT(get_help_text, 14);
-DATA_PROVIDER_SLOT(get_list_items, 16);
-DATA_PROVIDER_SLOT(get_list_item_display_value, 17);
-DATA_PROVIDER_SLOT(get_list_item_string_value, 19);
-DATA_PROVIDER_SLOT(get_list_item_int_value, 20);
-DATA_PROVIDER_SLOT(free_list_items, 24);
-DATA_PROVIDER_SLOT(get_module_info, 44);
-DATA_PROVIDER_SLOT(get_help_image_path, 48);
-static_assert(sizeof(data_provider_cbs) == 608, "the table is 76 pointers of 8 bytes");
-
-#undef DATA_PROVIDER_SLOT
+#define DATA_PROVIDER_CHECK_SLOT(member, index)                                 \
+  static_assert(offsetof(data_provider_cbs, member) == (index) * sizeof(void*), \
+                #member " is not in slot " #index);
+DATA_PROVIDER_SLOTS(DATA_PROVIDER_CHECK_SLOT)
+#undef DATA_PROVIDER_CHECK_SLOT
+static_assert(sizeof(data_provider_cbs) == 76 * sizeof(void*),
+              "the table must have 76 pointers: 608 bytes on a 64-bit machine");
 
 /*
- * Defined by the host, in the process that loads the provider: puts the host's defaults into all
- * slots of a new, zeroed table. Called once for each `create_provider`, on its thread, before the
- * provider writes its own slots.
+ * Defined by the host. Writes the host's defaults into all slots of a new, zeroed table. Each
+ * `create_provider` calls it once, on the same thread, before the provider writes its slots.
  */
 DATA_PROVIDER_EXPORT void init_data_provider_cbs(data_provider_cbs* table);
 
 /*
- * Exported by the provider. Makes a table and stores its address, a `data_provider_cbs*`, in
- * `*handle`. Each call makes another, independent table. Loads no configuration.
- * Returns 0; 1 with `*handle` null when memory is exhausted; 1 for a null `handle`.
+ * Exported by the provider. Creates a table and writes its address, a `data_provider_cbs*`, to
+ * `*handle` when the table is complete. Each call creates another, independent table. Loads no
+ * configuration. Returns 0. On allocation failure returns 1 and sets `*handle` to null. Returns 1
+ * for a null `handle`.
  */
 DATA_PROVIDER_EXPORT int create_provider(void** handle) DATA_PROVIDER_NOEXCEPT;
 
 /*
- * Exported by the provider. Frees the table in `*handle`, if there is one; `*handle` itself is not
- * reset. Returns 0; 1 for a null `handle`.
+ * Exported by the provider. Frees the table in `*handle`, which may be null. Does not reset
+ * `*handle`. Returns 0, or 1 for a null `handle`.
  */
 DATA_PROVIDER_EXPORT int delete_provider(void** handle) DATA_PROVIDER_NOEXCEPT;
 
-/* Both, as a host finds them by name. */
+/* The type of both functions, for use with dlsym(). */
 typedef int (*data_provider_entry)(void** handle);
 
 #ifdef __cplusplus

@@ -8,7 +8,7 @@ extern "C" {
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
 
-// The address sanitizer's heap, where there is one.
+// The heap of the address sanitizer, if the program is built with it.
 [[gnu::weak]] void* __interceptor_malloc(std::size_t size);
 [[gnu::weak]] void* __interceptor_calloc(std::size_t count, std::size_t size);
 }
@@ -22,40 +22,37 @@ constinit thread_local bool g_may_refuse = false;
 
 namespace {
 
-bool g_refusing = false;
-bool g_refused = false;
-std::size_t g_allocations_left = 0;
-Refusal g_refusal = Refusal::kOnce;
+bool g_counting = false;
+std::size_t g_count = 0;
+std::size_t g_first_refused = 0;
+std::size_t g_end_of_refused = 0;
 
 bool IsGlib(const void* caller) {
   Dl_info library = {};
   dladdr(caller, &library);
-  const char* file = library.dli_fname == nullptr ? "" : library.dli_fname;
-  return std::strstr(file, "/libg") != nullptr || std::strstr(file, "/libjson") != nullptr;
+  return library.dli_fname != nullptr && std::strstr(library.dli_fname, "/libglib") != nullptr;
 }
 
 bool IsRefused(const void* caller) {
-  if (!g_may_refuse || !g_refusing || IsGlib(caller) || g_allocations_left-- > 0) {
+  if (!g_may_refuse || !g_counting || IsGlib(caller)) {
     return false;
   }
-  g_allocations_left = 0;
-  g_refusing = g_refusal == Refusal::kFromThenOn;
-  g_refused = true;
-  return true;
+  const std::size_t index = g_count++;
+  return index >= g_first_refused && index < g_end_of_refused;
 }
 
 }  // namespace
 
-void RefuseAllocation(std::size_t index, Refusal refusal) {
-  g_allocations_left = index;
-  g_refusal = refusal;
-  g_refused = false;
-  g_refusing = true;
+void RefuseAllocations(std::size_t first, std::size_t end) {
+  g_count = 0;
+  g_first_refused = first;
+  g_end_of_refused = end;
+  g_counting = true;
 }
 
 bool EndRefusals() {
-  g_refusing = false;
-  return g_refused;
+  g_counting = false;
+  return g_count > g_first_refused;
 }
 
 extern "C" {
@@ -63,12 +60,5 @@ extern "C" {
 void* malloc(std::size_t size) { return ALLOCATE(malloc, size); }
 
 void* calloc(std::size_t count, std::size_t size) { return ALLOCATE(calloc, count, size); }
-
-// The sanitizer's own would go past malloc.
-char* strdup(const char* text) {
-  const std::size_t size = std::strlen(text) + 1;
-  void* copy = malloc(size);
-  return copy == nullptr ? nullptr : static_cast<char*>(std::memcpy(copy, text, size));
-}
 
 }  // extern "C"

@@ -1,25 +1,21 @@
-// The C heap, made to run out: the test program's malloc stands in front of the C library's.
+// A C heap with fault injection. The test program's malloc replaces that of the C library.
 #ifndef TESTS_FAILING_ALLOCATOR_H
 #define TESTS_FAILING_ALLOCATOR_H
 
 #include <cstddef>
 #include <utility>
 
-enum class Refusal { kOnce, kFromThenOn };
+// From now on, the allocations number `first` to `end` - 1 fail, counted from 0. Only those in a
+// scope that allows refusals count, and not those of GLib, which would end the process.
+void RefuseAllocations(std::size_t first, std::size_t end);
 
-// From now on this thread, where it allows refusals, is refused allocation number `index`; 0 is the
-// next one. Not counted and never refused is what GLib allocates: it ends the process where it is
-// refused memory.
-void RefuseAllocation(std::size_t index, Refusal refusal);
-
-// Ends this. Returns whether an allocation was refused.
+// Ends the refusals. Returns true if an allocation was refused.
 bool EndRefusals();
 
-// Whether allocations of this thread are counted and may be refused.
+// True if allocations of this thread count and may be refused.
 extern constinit thread_local bool g_may_refuse;
 
-// Allows refusals in a scope, for what the library allocates, or forbids them, for what a fake
-// does.
+// Allows refusals in a scope, for the library, or forbids them, for a fake.
 class Refusals {
  public:
   explicit Refusals(bool allowed) : m_before(std::exchange(g_may_refuse, allowed)) {}

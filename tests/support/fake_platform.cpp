@@ -6,48 +6,29 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <mutex>
 #include <regex>
 #include <sstream>
+#include <string_view>
 #include <vector>
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
-#include <sys/inotify.h>
-#include <unistd.h>
+#include <json-glib/json-glib.h>
+#include <libintl.h>
 
 #include "data_provider.h"
 #include "devinfo.h"
 #include "failing_allocator.h"
 #include "kvreg.h"
-#include "platform_setup.h"
 #include "qlog.h"
-#include "rootfs.h"
 
-namespace fs = std::filesystem;
+#define JSON_GLIB(function) reinterpret_cast<decltype(&function)>(JsonGlib(#function))
 
 namespace {
 
-// A folder of this process, below which the plug-in finds what it reads.
-const fs::path& Root() {
-  static std::string folder = testing::TempDir() + "morvith.XXXXXX";
-  static const fs::path root = mkdtemp(folder.data());
-  const fs::path resources = root.string() + ROOTFS_RESOURCES "/res";
-  if (fs::create_directories(resources / "config")) {
-    fs::create_symlink(TEST_CATALOGUES, resources / "locale");
-    UseRoot(root);
-    std::atexit([] { fs::remove_all(root); });
-  }
-  return root;
-}
-
-// Notified of what happens to the configuration.
-const int g_notifications = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-
-// The platform's services serve any thread.
-std::mutex g_mutex;
+constexpr std::string_view kTextDomain = "lib-morvith-tv";
 
 bool Is(const char* setting, const std::string& value) {
   const auto found = Platform().settings.find(setting);
@@ -56,9 +37,36 @@ bool Is(const char* setting, const std::string& value) {
 
 bool IsUnusable(const char* key) {
   if (Is("throwing", key)) {
-    throw 7;  // as no function of the platform may: not even an exception of the standard library
+    throw 7;  // not an exception of the standard library
   }
   return Is("unusable", key);
+}
+
+int DevinfoResult() { return std::stoi(Platform().settings.at("devinfo")); }
+
+// The program does not link JSON-GLib: the plug-in must load it and keep it loaded.
+void* JsonGlib(const char* function) {
+  void* library = dlopen("libjson-glib-1.0.so.0", RTLD_LAZY | RTLD_NOLOAD);
+  void* address = dlsym(library, function);
+  dlclose(library);
+  return address;
+}
+
+// Checks that there is a log statement at the file and line that `text` names. The source of
+// $MORVITH_PLUGIN is unknown.
+void AddToLog(int priority, const char* text) {
+  std::cmatch parts;
+  const std::regex form(R"((\w+\.cpp): (\w+)\((\d+)\) > ([\s\S]*))");
+  ASSERT_TRUE(std::regex_match(text, parts, form)) << text;
+  std::ifstream source(TEST_SOURCES "/" + parts.str(1));
+  std::string statement;
+  for (int line = std::stoi(parts[3]); line > 0; --line) {
+    std::getline(source, statement);
+  }
+  EXPECT_TRUE(statement.find("QEL_") != std::string::npos || std::getenv("MORVITH_PLUGIN"))
+      << text << " is not from '" << statement << "'";
+  const std::string line = std::regex_replace(parts.format("$2: $4"), std::regex("\n"), "\\n");
+  Platform().log += std::string(1, "IWE"[priority - QLOG_PRIORITY_INFO]) + " " + line + "\n";
 }
 
 }  // namespace
@@ -68,46 +76,16 @@ FakePlatform& Platform() {
   return platform;
 }
 
-std::string StoredValue(const char* key) {
-  const std::lock_guard lock(g_mutex);
-  const auto& registry = Platform().registry;
-  const auto found = registry.find(key);
-  return found == registry.end() ? "(nothing)" : found->second;
-}
-
-void ResetPlatform() {
-  Platform() = FakePlatform();
-  InstallKeyboardConfig(kKeyboardConfig);
-}
-
-void InstallKeyboardConfig(const std::string& contents) {
-  const fs::path file = Root().string() + ROOTFS_RESOURCES "/res/config/hw_kbd_lang_config.json";
-  fs::remove(file);
-  KeyboardConfigOpens();
-  if (contents != "missing") {
-    std::ofstream(file, std::ios::binary) << contents;
-    inotify_add_watch(g_notifications, file.c_str(), IN_OPEN | IN_CLOSE);
-  }
-}
-
-int KeyboardConfigOpens() {
-  int opens = 0;
-  inotify_event event = {};
-  while (read(g_notifications, &event, sizeof(event)) > 0) {
-    opens += (event.mask & IN_OPEN) != 0 ? 1 : 0;
-  }
-  return opens;
-}
-
 extern "C" {
 
-// Every slot gets a value of its own, to tell whether it was left alone.
+// Each slot gets a different value, so that a test sees which slots the provider wrote.
 void init_data_provider_cbs(data_provider_cbs* table) {
   auto* slots = reinterpret_cast<std::uintptr_t*>(table);
   for (std::uintptr_t i = 0; i < sizeof(*table) / sizeof(void*); ++i) {
-    EXPECT_EQ(slots[i], 0u) << "the table was not zeroed";
+    EXPECT_EQ(slots[i], 0u) << "the table is not zeroed";
     slots[i] = 0x1000 + i;
   }
+  Platform().on_init();
 }
 
 int __qlog_print(int log_id, int priority, const char* tag, const char* format, ...) {
@@ -122,25 +100,19 @@ int __qlog_print(int log_id, int priority, const char* tag, const char* format, 
   va_end(arguments);
   EXPECT_EQ(log_id, 0);
   EXPECT_STREQ(tag, "IME_QEL");
-  std::string line = std::regex_replace(text, std::regex(R"(^\w+\.cpp: (\w+)\(\d+\) >)"), "$1:");
-  line = std::regex_replace(line, std::regex(Root().string()), "");
-  line = std::regex_replace(line, std::regex("\n"), "\\n");
-  const std::lock_guard lock(g_mutex);
-  Platform().log += std::string(1, "IWE"[priority - QLOG_PRIORITY_INFO]) + " " + line + "\n";
+  AddToLog(priority, text);
   return 0;
 }
 
 char* kvreg_get_str(const char* key) {
   const Refusals none(false);
-  const std::lock_guard lock(g_mutex);
   const auto& registry = Platform().registry;
   const auto found = registry.find(key);
-  return found == registry.end() || IsUnusable(key) ? nullptr : strdup(found->second.c_str());
+  return IsUnusable(key) || found == registry.end() ? nullptr : strdup(found->second.c_str());
 }
 
 int kvreg_set_str(const char* key, const char* value) {
   const Refusals none(false);
-  const std::lock_guard lock(g_mutex);
   if (IsUnusable(key)) {
     return -1;
   }
@@ -151,26 +123,53 @@ int kvreg_set_str(const char* key, const char* value) {
 int devinfo_get_value_int_array(int key, devinfo_int_array* out) {
   const Refusals none(false);
   EXPECT_EQ(key, 227);
-  EXPECT_TRUE(out->count == 0 && out->values == nullptr) << "the record was not zeroed";
-  ++Platform().language_requests;
-  if (Is("languages", "fail")) {
-    *out = {3, reinterpret_cast<int*>(out)};  // the values of a failure are not to be trusted
-    return 7;
-  }
-  std::istringstream numbers(Platform().settings["languages"]);
+  EXPECT_TRUE(out->count == 0 && out->values == nullptr) << "the record is not zeroed";
+  ++Platform().language_reads;
+  std::istringstream numbers(Platform().settings.at("languages"));
   const std::vector<int> ids{std::istream_iterator<int>(numbers), {}};
-  out->count = Is("count", "negative") ? -1 : static_cast<int>(ids.size());
-  if (!Is("values", "null")) {
-    out->values = static_cast<int*>(std::malloc((ids.size() + 1) * sizeof(int)));
-    std::copy(ids.begin(), ids.end(), out->values);
+  out->count = Is("array", "negative") ? -1 : static_cast<int>(ids.size());
+  if (DevinfoResult() != 0) {
+    out->values = &out->count;  // must be neither read nor freed
+  } else if (!Is("array", "null")) {
+    out->values = static_cast<int*>(std::calloc(ids.size() + 1, sizeof(int)));
+    std::ranges::copy(ids, out->values);
   }
-  return 0;
+  return DevinfoResult();
 }
 
 int devinfo_get_custom_bool(const char* key, bool* value) {
   EXPECT_STREQ(key, "com.velmora/featureconf/bt_profile_bt_smart_control");
-  *value = !Is("bluetooth", "no");  // nor is this
-  return Is("bluetooth", "fail") ? 7 : 0;
+  *value = !Is("bluetooth", "no");  // must be ignored on failure
+  return DevinfoResult();
+}
+
+// JSON-GLib calls the next two with domains of its own.
+
+char* bindtextdomain(const char* domain, const char* directory) {
+  if (domain != kTextDomain) {
+    return const_cast<char*>(directory);
+  }
+  Platform().catalogues = directory;
+  return Is("unusable", "text-domain") ? nullptr : Platform().catalogues.data();
+}
+
+// Translates "COM_TV_KEYBOARD_TYPE" to "TV_KEYBOARD_TYPE".
+char* dgettext(const char* domain, const char* id) {
+  return const_cast<char*>(domain == kTextDomain ? id + 4 : id);
+}
+
+// A host may define this function, for example if it links JSON-GLib statically.
+JsonParser* json_parser_new() {
+  const Refusals none(false);
+  return JSON_GLIB(json_parser_new)();
+}
+
+gboolean json_parser_load_from_file(JsonParser* parser, const gchar* path, GError** error) {
+  const Refusals none(false);
+  EXPECT_STREQ(path, "/usr/share/lib-morvith-tv/res/config/hw_kbd_lang_config.json");
+  ++Platform().config_reads;
+  const std::string& config = Platform().settings.at("config");
+  return JSON_GLIB(json_parser_load_from_data)(parser, config.data(), std::ssize(config), error);
 }
 
 }  // extern "C"

@@ -1,48 +1,34 @@
-// A platform that a test sets up and can make fail, in place of the device's. The test program
-// exports its functions, so the unmodified plug-in binds to them rather than to the stand-ins.
+// A platform that a test sets up and can make fail. The test program exports its functions, so the
+// unmodified plug-in binds to them instead of to the stand-ins and the libraries.
 #ifndef TESTS_FAKE_PLATFORM_H
 #define TESTS_FAKE_PLATFORM_H
 
+#include <functional>
 #include <map>
 #include <string>
 
 struct FakePlatform {
   std::map<std::string, std::string> registry;
 
-  // What it has and how it fails, each by its name; CONTRIBUTING.md lists them.
-  std::map<std::string, std::string> settings = {{"languages", "0 1"}};
+  // The device and its failures. CONTRIBUTING.md lists the settings.
+  std::map<std::string, std::string> settings;
 
-  // A line each: "E LoadKeyboardConfig: message"; W for warnings, and I if the setting "log" is
-  // "info". Paths are the device's.
+  // A log line has the form "E LoadKeyboardConfig: message"; "W" is a warning. Info lines ("I") are
+  // logged only if the setting "log" is "info".
   std::string log;
 
-  int language_requests = 0;
+  // How often the library read the languages and the keyboard configuration.
+  int language_reads = 0;
+  int config_reads = 0;
+
+  // Where the library expects its catalogues.
+  std::string catalogues;
+
+  // Called by init_data_provider_cbs.
+  std::function<void()> on_init = [] {};
 };
 
+// Has no lock, so the thread sanitizer reports if the library writes in a request that only reads.
 FakePlatform& Platform();
-
-// What the registry holds, whether it can be read or not; "(nothing)" if it has no such key.
-std::string StoredValue(const char* key);
-
-// A new platform, with the keyboard configuration of kKeyboardConfig.
-void ResetPlatform();
-
-// What the plug-in finds in place of its configuration; "missing" for none.
-void InstallKeyboardConfig(const std::string& contents);
-
-// How often that was opened since.
-int KeyboardConfigOpens();
-
-inline constexpr char kKeyboardConfig[] = R"json({
-  "keyboard_name_map": [
-    { "name": "us_intl_ibm103i", "display_name": "English (US, International)" },
-    { "name": "kr_ibm106", "display_name": "Korean (106 keys)" }
-  ],
-  "lang_local_keyboard_type_table": [
-    { "lang_local": "ko_KR", "keyboard_types": [ "kr_ibm106", "us_intl_ibm103i" ] },
-    { "lang_local": "en_US", "keyboard_types": [ "us_intl_ibm103i" ] },
-    { "lang_local": "fr_CA" }
-  ]
-})json";
 
 #endif
