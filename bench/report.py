@@ -48,30 +48,27 @@ ENVIRONMENT = {"PATH": os.environ["PATH"], "G_SLICE": "default"}
 def write_configuration(root, size):
     """Writes a configuration that has a type for each layout and variant in the rules of xkb-data,
     and each locale that one of them is for. Repeats it `size` times with other names."""
-    names, locales = {}, {}
-    for layout in xml.etree.ElementTree.parse(RULES).iterfind("layoutList/layout"):
+    layouts = xml.etree.ElementTree.parse(RULES).findall("layoutList/layout")
+    names, locales = [], {}
+    for suffix, layout in itertools.product(["", *range(1, size)], layouts):
         base = layout.find("configItem")
         for item in layout.iter("configItem"):
             parts = [part.findtext("name") for part in dict.fromkeys((base, item))]
-            keyboard_type = "_".join([*parts, "ibm105"])
-            names[keyboard_type] = item.findtext("description")
+            keyboard_type = "_".join([*parts, f"ibm105{suffix}"])
+            names.append({"name": keyboard_type, "display_name": item.findtext("description")})
             # A variant without languages or countries has those of its layout.
             languages, countries = (
                 [element.text for element in item.findall(path) or base.findall(path)]
                 for path in ("languageList/iso639Id", "countryList/iso3166Id"))
             for language, country in itertools.product(languages, countries or [""]):
                 # The rules use language codes of three letters; ICU knows those of two letters.
-                locale = icu.Locale(language, country).getName()
+                locale = icu.Locale(language, country).getName() + str(suffix)
                 locales.setdefault(locale, []).append(keyboard_type)
 
-    suffixes = ["", *range(1, size)]
-    document = {
-        "keyboard_name_map": [
-            {"name": f"{keyboard_type}{suffix}", "display_name": name}
-            for suffix in suffixes for keyboard_type, name in names.items()],
-        "lang_local_keyboard_type_table": [
-            {"lang_local": f"{locale}{suffix}", "keyboard_types": [f"{it}{suffix}" for it in types]}
-            for suffix in suffixes for locale, types in locales.items()]}
+    document = {"keyboard_name_map": names,
+                "lang_local_keyboard_type_table": [
+                    {"lang_local": locale, "keyboard_types": types}
+                    for locale, types in locales.items()]}
     file = pathlib.Path(root, CONFIGURATION)
     file.parent.mkdir(parents=True, exist_ok=True)
     file.write_text(json.dumps(document, ensure_ascii=False, separators=(",", ":")))
