@@ -1,1 +1,1 @@
-// The floor of loading: a library of nothing, with the dependencies of the plug-in.
+// An empty library with the dependencies of the plug-in: loading it is the floor of loading.

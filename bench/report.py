@@ -1,71 +1,159 @@
 #!/usr/bin/python3
-"""Prints one table, in Markdown, of ratios: each request to its floor, and what other libraries and
-the bare parse take to what the library takes. Times are the processor's, and all figures medians.
-The argument is the folder of the build."""
+"""Does what scripts/bench says, in the build folder that is the first argument."""
 
+import itertools
 import json
+import os
+import pathlib
+import platform
+import re
 import statistics
 import subprocess
 import sys
+import xml.etree.ElementTree
 
-import instructions
+import icu
 
+RULES = "/usr/share/X11/xkb/rules/evdev.xml"
+CONFIGURATION = "usr/share/lib-morvith-tv/res/config/hw_kbd_lang_config.json"
+COMMANDS = {  # in the build folder
+    "page": "bin/steps root",
+    "library at real size": "bin/steps bench/real_x1 answers",
+    "library at 10 times real size": "bin/steps bench/real_x10 answers",
+    "bare parse at real size": "bin/peer_parse bench/real_x1",
+    "bare parse at 10 times real size": "bin/peer_parse bench/real_x10",
+    "libxkbregistry": "bin/peer_xkbregistry",
+    "GnomeXkbInfo": "bin/peer_gnome",
+}
+ANSWERS = ["library at real size", "libxkbregistry", "GnomeXkbInfo"]  # to the same question
+COLUMNS = ["time", "instructions", "since start", "peak memory"]
 REPETITIONS = 61
-PEERS = {"libxkbregistry": "answer_xkbregistry", "GnomeXkbInfo": "answer_gnome"}
-FIGURES = {"first": "first answer", "since_start": "first answer, from the start of the process",
-           "repeated": "repeated answer", "peak": "peak memory"}
+BASELINES = pathlib.Path(__file__).resolve().with_name("instructions.json")
+ACCEPT = "scripts/bench --instructions --accept"
+# Counts differ between releases, because the compiler and the libraries differ.
+SYSTEM = platform.freedesktop_os_release()["PRETTY_NAME"]
+TOLERANCE = 1.05
+BOUNDS = {"static set-up": 45_000, "heap of the library, bytes": 50 * 1024}
+
+# The C library picks a string function for the processor, and its cost depends on the alignment of
+# the text. So only the calls of these functions are counted, not their instructions.
+STRING_FUNCTION = "/multiarch/"
+CONSTRUCTORS = "_GLOBAL__sub_I_*"
+
+# Only these variables are set, because getenv() costs more with more variables. Under valgrind,
+# GLib turns off its own allocator unless G_SLICE is set.
+ENVIRONMENT = {"PATH": os.environ["PATH"], "G_SLICE": "default"}
 
 
-def output(*command):
-    return json.loads(subprocess.run(command, stdout=subprocess.PIPE, check=True).stdout)
+def write_configuration(root, size):
+    """Writes a configuration that has a type for each layout and variant in the rules of xkb-data,
+    and each locale that one of them is for. Repeats it `size` times with other names."""
+    layouts = xml.etree.ElementTree.parse(RULES).findall("layoutList/layout")
+    names, locales = [], {}
+    for suffix, layout in itertools.product(["", *range(1, size)], layouts):
+        base = layout.find("configItem")
+        for item in layout.iter("configItem"):
+            parts = [part.findtext("name") for part in dict.fromkeys((base, item))]
+            keyboard_type = "_".join([*parts, f"ibm105{suffix}"])
+            names.append({"name": keyboard_type, "display_name": item.findtext("description")})
+            # A variant without languages or countries has those of its layout.
+            languages, countries = (
+                [element.text for element in item.findall(path) or base.findall(path)]
+                for path in ("languageList/iso639Id", "countryList/iso3166Id"))
+            for language, country in itertools.product(languages, countries or [""]):
+                # The rules use language codes of three letters; ICU knows those of two letters.
+                locale = icu.Locale(language, country).getName() + str(suffix)
+                locales.setdefault(locale, []).append(keyboard_type)
+
+    document = {"keyboard_name_map": names,
+                "lang_local_keyboard_type_table": [
+                    {"lang_local": locale, "keyboard_types": types}
+                    for locale, types in locales.items()]}
+    file = pathlib.Path(root, CONFIGURATION)
+    file.parent.mkdir(parents=True, exist_ok=True)
+    file.write_text(json.dumps(document, ensure_ascii=False, separators=(",", ":")))
 
 
-def time_requests(build):
-    """Nanoseconds by the request's name, with "/floor" those of its floor."""
-    runs = output(f"{build}/bin/measure", f"--benchmark_repetitions={REPETITIONS}",
-                  "--benchmark_min_time=0.005", "--benchmark_enable_random_interleaving=true",
-                  "--benchmark_report_aggregates_only=true", "--benchmark_format=json")
-    return {run["label"]: run["cpu_time"] for run in runs["benchmarks"]
-            if run["aggregate_name"] == "median"}
+def run(name, *prefix, **variables):
+    """Returns the figures of each step of a program."""
+    command = [*prefix, *COMMANDS[name].split()]
+    output = subprocess.check_output(command, env=ENVIRONMENT | variables)
+    return {step.pop("step"): step for step in map(json.loads, output.splitlines())}
 
 
-def answer(programs):
-    """Runs each program in turn, again and again; the median of each figure that it says, and the
-    instructions of its first answer."""
-    rounds = [[output(program) for program in programs] for _ in range(REPETITIONS)]
-    figures = [{key: statistics.median(each[key] for each in said) for key in said[0]}
-               for said in zip(*rounds)]
-    for program, said in zip(programs, figures):
-        said["counted"] = next(instructions.whole(dump)
-                               for _, dump in instructions.callgrind(program))
-    return figures
+def count(name, *options):
+    """Returns the instructions of each step of a program."""
+    dumps = f"bench/{name}.callgrind"
+    steps = run(name, "valgrind", "--quiet", "--tool=callgrind", f"--callgrind-out-file={dumps}",
+                *options)
+    counts = {}
+    for number, step in enumerate(steps, 1):
+        listing = subprocess.check_output(
+            ["callgrind_annotate", "--threshold=100", f"{dumps}.{number}"], text=True)
+        counts[step] = total(listing, "PROGRAM TOTALS") - total(listing, STRING_FUNCTION)
+    return counts
 
 
-def print_row(what, ratio, counted=None):
-    print(f"| {what} | {ratio:.2f} | {f'{counted:.2f}' if counted else ''} |")
+def total(listing, function):
+    figures = re.findall(rf"^ *([\d,]+) \([ \d.]+%\)  .*{function}", listing, re.M)
+    return sum(int(figure.replace(",", "")) for figure in figures)
 
 
-def main(build):
-    programs = ["answer_library", "answer_parse", *PEERS.values()]
-    ours, parse, *peers = answer([f"{build}/bin/{program}" for program in programs])
-    if any(peer["types"] != ours["types"] for peer in peers):
-        sys.exit(f"not the same answers: {ours}, {peers}")
-    counts, times = instructions.count(build), time_requests(build)
+def report():
+    rounds = [{name: run(name) for name in COMMANDS} for _ in range(REPETITIONS)]
+    counts = {name: count(name) for name in COMMANDS}
 
-    print("| what | ratio | in instructions |\n|---|---:|---:|")
-    for name in counts:
-        floor = f"{name}/floor"
-        if floor in counts:
-            print_row(name, times[name] / times[floor], counts[name] / counts[floor])
-    small, large = "first type list, real size", "first type list, 10 times real size"
-    print_row("10 times real size to real size", times[large] / times[small],
-              counts[large] / counts[small])
-    print_row("first answer, the bare parse", parse["first"] / ours["first"],
-              parse["counted"] / ours["counted"])
-    for name, peer in zip(PEERS, peers):
-        for key, what in FIGURES.items():
-            print_row(f"{what}, {name}", peer[key] / ours[key],
-                      peer["counted"] / ours["counted"] if key == "first" else None)
+    def cost(name, step, column):
+        times = (each[name][step][column] for each in rounds)
+        return counts[name][step] if column == "instructions" else statistics.median(times)
+
+    found = {name: cost(name, "first answer", "found") for name in ANSWERS}
+    if len(set(found.values())) > 1:
+        sys.exit(f"error: the numbers of types differ: {found}")
+    print(f"| program | step | {' | '.join(COLUMNS)} |\n|---|---|---:|---:|---:|---:|")
+    for name in COMMANDS:
+        for step in rounds[0][name]:
+            unit = ("page", "later page") if name == "page" else (ANSWERS[0], step)
+            columns = COLUMNS if step == "first answer" else COLUMNS[:2]
+            ratios = [f"{cost(name, step, each) / cost(*unit, each):.3g}" for each in columns]
+            print(" | ".join([f"| {name} | {step}", *ratios]), "|")
+
+
+def compare(accepts):
+    figures = {"static set-up": count("page", f"--toggle-collect={CONSTRUCTORS}")["load"]}
+    figures |= count("page")
+    for name in ("library at real size", "library at 10 times real size"):
+        figures[f"first answer of the {name}"] = count(name)["first answer"]
+    # Without this setting, the heap counts free blocks in the caches of threads as used.
+    held = run("page", GLIBC_TUNABLES="glibc.malloc.tcache_count=0")
+    figures["heap of the library, bytes"] = held["set language"]["heap"] - held["unload"]["heap"]
+    figures["heap of its dependencies, bytes"] = held["unload"]["heap"]
+
+    baselines = json.loads(BASELINES.read_text())
+    if accepts:
+        baselines[SYSTEM] = figures
+        BASELINES.write_text(json.dumps(baselines, indent=2) + "\n")
+    if SYSTEM not in baselines:
+        sys.exit(f"error: {BASELINES} has no baseline for {SYSTEM}; run {ACCEPT}")
+    bad = []
+    for name, figure in figures.items():
+        baseline = baselines[SYSTEM].get(name, 0)
+        limit = min(baseline * TOLERANCE, BOUNDS.get(name, baseline * TOLERANCE))
+        print(f"{name}: {figure}, baseline {baseline}, limit {limit:.0f}")
+        bad += [] if 0 < figure <= limit else [name]
+    if bad:
+        sys.exit(f"error: 0 or above the limit: {', '.join(bad)}; see the callgrind dumps in "
+                 f"{os.getcwd()}/bench, or run {ACCEPT}")
+
+
+def main(build, *options):
+    os.chdir(build)
+    for size in (1, 10):
+        write_configuration(f"bench/real_x{size}", size)
+    if options:
+        compare(accepts="--accept" in options)
+    else:
+        report()
 
 
 if __name__ == "__main__":
