@@ -7,7 +7,7 @@ import re
 import jsonschema
 
 CONFIG_FOLDER = pathlib.Path(__file__).resolve().parent.parent / "res/config"
-SCHEMA = CONFIG_FOLDER / "hw_kbd_lang_config.schema.json"
+SCHEMA = json.loads((CONFIG_FOLDER / "hw_kbd_lang_config.schema.json").read_text("utf-8"))
 NAMES, LOCALES = "keyboard_name_map", "lang_local_keyboard_type_table"
 KEYS = {NAMES: "name", LOCALES: "lang_local"}
 SURROGATE = re.compile("[\ud800-\udfff]")
@@ -21,8 +21,7 @@ class FormatError(Exception):
 class Object(dict):
     """A JSON object that knows its line in the file. A row of a table also knows its place."""
 
-    line = 1
-    place = None
+    line = place = None
 
 
 class Decoder(json.JSONDecoder):
@@ -66,8 +65,7 @@ def line_of(document, path):
 
 
 def schema_findings(document):
-    validator = jsonschema.Draft7Validator(json.loads(SCHEMA.read_text("utf-8")))
-    for error in validator.iter_errors(document):
+    for error in jsonschema.Draft7Validator(SCHEMA).iter_errors(document):
         place = error.json_path.lstrip("$.") or "the document"
         end = "." if len(error.message) <= LONGEST_MESSAGE else "..."
         yield (f"{line_of(document, error.absolute_path)}{place}: "

@@ -1,6 +1,6 @@
-"""Checks keyboard types against xkb-data, and the default types against Unicode's CLDR (by ICU).
+"""Compares keyboard types with xkb-data, and default types with the Unicode CLDR, read by ICU.
 
-The default of a locale is its first type, which is stored together with the language.
+The default of a locale is its first type. The library stores it together with the language.
 """
 
 import functools
@@ -72,7 +72,7 @@ def check_keymap(row, xkb_data):
         yield f"{row.place}: keymap does not compile; use another variant"
     foreign = foreign_language(row["display_name"], layout, xkb_data)
     if foreign:
-        yield (f"{row.place}: layout '{layout}' is not for {foreign}; correct display_name or xkb")
+        yield f"{row.place}: layout '{layout}' is not for {foreign}; correct display_name or xkb"
     ids = [type_id for name in keymap_names(row) for type_id in fitting_ids(*name, model)]
     if row["name"] not in ids:
         yield f"{row.place}: id does not match xkb; rename it {' or '.join(ids)}, or correct xkb"
