@@ -1,5 +1,6 @@
 /*
- * A whole settings application: stores a language if it is given one, and shows the keyboard page.
+ * A complete settings application. Stores a language, if one is given, and prints the keyboard
+ * page.
  *
  *   cc -std=c11 -o host host.c $(pkg-config --cflags --libs morvith-dataprovider)
  *   DEVINFO_PROFILE=/usr/share/morvith-platform-stand-ins/devices/global.ini KVREG_FILE=host.db \
@@ -7,7 +8,7 @@
  *     ./host "$(pkg-config --variable=plugin morvith-dataprovider)" ko_KR
  *
  * gettext ignores LANGUAGE in the locales C and C.UTF-8. C_XX.UTF-8 is C.UTF-8 under another name,
- * so this works on a machine that has no other locale.
+ * so the command also works on a machine without other locales.
  */
 #include <data_provider.h>
 #include <dlfcn.h>
@@ -17,7 +18,7 @@
 #include <stdlib.h>
 #include <string.h>
 
-/* This host has no defaults. */
+/* This host has no default callbacks. */
 void init_data_provider_cbs(data_provider_cbs* table) { *table = (data_provider_cbs){0}; }
 
 static void show_text(const data_provider_cbs* provider, int (*get)(const char*, char**),
@@ -51,7 +52,7 @@ static void show_setting(const data_provider_cbs* provider, const char* key) {
 
 int main(int argc, char** argv) {
   if (argc < 2 || argc > 3 || setlocale(LC_ALL, "") == NULL) {
-    fprintf(stderr, "usage: host PLUGIN [LANGUAGE], in a locale that is installed\n");
+    fprintf(stderr, "usage: host PLUGIN [LANGUAGE] (the locale must be installed)\n");
     return EXIT_FAILURE;
   }
   void* library = dlopen(argv[1], RTLD_NOW | RTLD_LOCAL);
@@ -63,14 +64,14 @@ int main(int argc, char** argv) {
   const data_provider_entry destroy = (data_provider_entry)dlsym(library, "delete_provider");
   void* table = NULL;
   if (create == NULL || destroy == NULL || create(&table) != 0) {
-    fprintf(stderr, "host: %s makes no provider\n", argv[1]);
+    fprintf(stderr, "host: cannot create a provider with %s\n", argv[1]);
     dlclose(library);
     return EXIT_FAILURE;
   }
-  bind_textdomain_codeset(DATA_PROVIDER_TEXT_DOMAIN, "UTF-8"); /* as the names of types are */
+  bind_textdomain_codeset(DATA_PROVIDER_TEXT_DOMAIN, "UTF-8"); /* like the names of types */
   const data_provider_cbs* provider = table;
   if (argc == 3) {
-    provider->set_string(DATA_PROVIDER_LANGUAGE, argv[2]); /* the page shows what was stored */
+    provider->set_string(DATA_PROVIDER_LANGUAGE, argv[2]); /* the page shows the stored value */
   }
   show_text(provider, provider->get_display_name, DATA_PROVIDER_PAGE);
   show_text(provider, provider->get_help_text, DATA_PROVIDER_PAGE);

@@ -1,5 +1,5 @@
-# For a television's processor, on a Debian machine that has another: by Debian's cross compiler and
-# arm64 packages, and with an emulator that runs what is made.
+# Cross-compiles for the processor of a television, with Debian's cross compiler and arm64 packages.
+# An emulator runs the programs.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR aarch64)
 set(CMAKE_C_COMPILER aarch64-linux-gnu-gcc)

@@ -1,4 +1,5 @@
-# The device SDK's own libraries in place of the stand-ins. CMAKE_PREFIX_PATH says where it is.
+# Uses the libraries of the device SDK instead of the stand-ins. CMAKE_PREFIX_PATH must contain the
+# SDK.
 
 set(missing "")
 foreach(name kvreg devinfo qlog)

@@ -1,4 +1,4 @@
-// A plug-in that is no complete provider: it fills no slot.
+// A plug-in that is not a complete provider: it fills no slot.
 #include <cstdlib>
 
 #include "data_provider.h"

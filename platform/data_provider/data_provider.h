@@ -3,8 +3,8 @@
  * that a provider exports, and the callback table that they exchange. Plain C, for C11 and C++.
  *
  * This is the contract of the keyboard settings provider, libmorvith_dataprovider. The provider
- * serves three menu items, whose keys are defined below: the page, and its settings language and
- * type.
+ * serves three menu items, whose keys are defined below: the page and its two settings, the
+ * language and the type.
  *
  * A host is built with `pkg-config --cflags --libs morvith-dataprovider`. A host
  *
@@ -42,9 +42,10 @@
  *     there is memory. Two limits:
  *       - If an allocation of GLib fails, GLib ends the process. The provider uses GLib only in the
  *         first request that needs the keyboard configuration.
- *       - If an allocation fails while the provider is being loaded, dlopen() throws
- *         std::bad_alloc. This ends the process unless the host catches it. A host that catches it
- *         must not load the provider again, because its language table would be missing.
+ *       - If an allocation of the provider fails while it is being loaded, std::bad_alloc leaves
+ *         dlopen(). This ends the process unless the host catches the exception. A host that
+ *         catches it must not load the provider again, because its language table would be empty.
+ *         In glibc, dlopen() then also blocks in every other thread.
  *  7. Threads. A callback runs on the thread that calls it. The provider has no threads and no
  *     locks. Calls may overlap if the platform's services allow it. The configuration is loaded
  *     once, by the first call that needs it, and is read-only afterwards.

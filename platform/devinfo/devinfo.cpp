@@ -23,7 +23,7 @@ void LogError(const char* what, const GError* error) {
   Log(QLOG_PRIORITY_ERROR, what, error->message);
 }
 
-// Null, with the failure logged, when there is no profile to read.
+// Returns null if the profile cannot be read, and logs the reason.
 GKeyFile* LoadProfile() {
   const char* path = std::getenv("DEVINFO_PROFILE");
   if (path == nullptr) {
@@ -49,7 +49,7 @@ bool ParseId(const char* text, int& id) {
 
 int devinfo_get_value_int_array(int key, devinfo_int_array* out) {
   if (key != DEVINFO_KEY_SYS_LANG_IDS || out == nullptr) {
-    Log(QLOG_PRIORITY_ERROR, "integer array", "no such key");
+    Log(QLOG_PRIORITY_ERROR, "integer array", "unknown key or null out-pointer");
     return -1;
   }
   g_autoptr(GKeyFile) profile = LoadProfile();
@@ -76,7 +76,7 @@ int devinfo_get_value_int_array(int key, devinfo_int_array* out) {
       ++count;
     } else {
       __qlog_print(QLOG_ID_MAIN, QLOG_PRIORITY_WARNING, "DEVINFO",
-                   "%s: entry %zu, '%s', skipped: not an integer", kLanguageKey, i + 1, entry);
+                   "%s: entry %zu '%s' skipped: not a 32-bit integer", kLanguageKey, i + 1, entry);
     }
   }
   *out = {count, values};
@@ -85,7 +85,7 @@ int devinfo_get_value_int_array(int key, devinfo_int_array* out) {
 
 int devinfo_get_custom_bool(const char* key, bool* value) {
   if (key == nullptr || value == nullptr) {
-    Log(QLOG_PRIORITY_ERROR, "custom boolean", "a null key or out-pointer");
+    Log(QLOG_PRIORITY_ERROR, "custom boolean", "null key or out-pointer");
     return -1;
   }
   g_autoptr(GKeyFile) profile = LoadProfile();

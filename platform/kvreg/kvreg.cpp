@@ -38,22 +38,22 @@ void LogFailure(const char* action, const char* key, const char* reason) {
                key == nullptr ? "(null)" : key, reason);
 }
 
-// What the last failed call on `database` says of itself.
+// The error message of the last failed call on `database`.
 const char* Reason(const Database& database) { return sqlite3_errmsg(database.get()); }
 
-// Null when KVREG_FILE names no file.
+// Returns null if KVREG_FILE is not the path of a file.
 const char* RegistryFile() {
   const char* file = std::getenv("KVREG_FILE");
   const bool is_file = file != nullptr && *file != '\0' && *file != ':';  // ":memory:" is SQLite's
   return is_file ? file : nullptr;
 }
 
-// Why a call cannot be served at all, or null.
+// Returns the reason why no call can be served, or null.
 const char* Objection(bool complete) {
   if (RegistryFile() == nullptr) {
     return "KVREG_FILE is not set to a file";
   }
-  return complete ? nullptr : "a null key or value";
+  return complete ? nullptr : "null key or value";
 }
 
 bool Open(int flags, Database& database) {
@@ -97,8 +97,7 @@ bool NeverWritten(const char* file) {
   return stat(file, &status) == 0 ? status.st_size == 0 : errno == ENOENT;
 }
 
-// Null where `key` has no value, and where it could not be read: `fail` was told why then, and
-// returned that null.
+// Returns null if `key` has no value. On failure returns fail(reason), which is null.
 template <typename Fail>
 char* Read(const char* key, const Fail& fail) {
   if (const char* objection = Objection(key != nullptr)) {
@@ -107,7 +106,7 @@ char* Read(const char* key, const Fail& fail) {
   if (NeverWritten(RegistryFile())) {
     return nullptr;
   }
-  // Not read-only: what a killed writer left half done is rolled back by the next reader.
+  // Not read-only, because the next reader rolls back the transaction of a killed writer.
   Database database;
   if (!Open(SQLITE_OPEN_READWRITE, database)) {
     return fail(Reason(database));
@@ -123,7 +122,7 @@ char* Read(const char* key, const Fail& fail) {
   if (step != SQLITE_ROW) {
     return fail(Reason(database));
   }
-  if (sqlite3_column_type(select.get(), 0) == SQLITE_NULL) {  // in a table that is not ours
+  if (sqlite3_column_type(select.get(), 0) == SQLITE_NULL) {  // another program made the table
     return fail("its value is NULL");
   }
   const unsigned char* text = sqlite3_column_text(select.get(), 0);

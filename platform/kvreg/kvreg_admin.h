@@ -1,6 +1,6 @@
 /*
- * What this stand-in offers beside the device's interface, for programs that set it up: a registry
- * that can be told apart from an empty one, and emptied.
+ * Registry maintenance, which the device's interface does not have: a readability check, and
+ * removal of a key.
  */
 #ifndef KVREG_ADMIN_H
 #define KVREG_ADMIN_H
@@ -12,14 +12,14 @@ extern "C" {
 #endif
 
 /*
- * Returns 0 if `key` can be read, whether or not it has a value. Otherwise a negative value, with
- * the reason in `reason`, cut to its `size` in bytes and terminated. Nothing is logged.
+ * Returns 0 if `key` can be read, even if it has no value. Otherwise returns a negative value and
+ * writes the reason to `reason`, cut to `size` bytes including the NUL. Logs nothing.
  */
 __attribute__((visibility("default"))) int kvreg_try(const char* key, char* reason, size_t size);
 
 /*
- * Takes the value of `key` away. Returns 0, also when there was none; otherwise a negative value,
- * with the reason as above.
+ * Removes `key`. Returns 0, also if the key has no value. Otherwise returns a negative value and
+ * writes the reason as above.
  */
 __attribute__((visibility("default"))) int kvreg_unset(const char* key, char* reason, size_t size);
 

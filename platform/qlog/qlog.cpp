@@ -19,14 +19,14 @@ struct Priority {
 
 constexpr int kNothing = QLOG_PRIORITY_ERROR + 1;
 
-constexpr gunichar kLastCharacter = 0x10FFFF;  // GLib reports errors as values beyond it
+constexpr gunichar kLastCharacter = 0x10FFFF;  // GLib reports errors as greater values
 
 constexpr std::array<Priority, 4> kPriorities = {{{QLOG_PRIORITY_INFO, "info"},
                                                   {QLOG_PRIORITY_WARNING, "warning"},
                                                   {QLOG_PRIORITY_ERROR, "error"},
                                                   {kNothing, "none"}}};
 
-// A level that is misspelt hides nothing.
+// An unknown level logs everything, so that a typing error hides no message.
 int Threshold() {
   const char* level = std::getenv("QLOG_LEVEL");
   if (level == nullptr) {
@@ -45,8 +45,8 @@ std::string_view PriorityName(int value) {
   return found == kPriorities.end() ? "log" : found->name;
 }
 
-// What a terminal would not print as it stands becomes '?': control characters, those beyond ASCII
-// included, and each byte that is no UTF-8. GLib's decoder allocates nothing.
+// Replaces control characters, also those beyond ASCII, and invalid bytes with '?'. GLib's decoder
+// is used because it does not allocate.
 void MakePrintable(char* text) {
   char* end = text;
   for (const char* at = text; *at != '\0';) {

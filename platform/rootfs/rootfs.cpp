@@ -26,7 +26,7 @@ std::string_view Root() {
   return root;
 }
 
-// A path that is too long stays cut, and names no file. Null stays null.
+// A translated path. A path that is too long is cut, so it names no file. Null stays null.
 class Located {
  public:
   explicit Located(const char* path) : m_is_null(path == nullptr) {
@@ -41,9 +41,9 @@ class Located {
   char m_path[PATH_MAX];
 };
 
-// What `caller` would have called were it not for this stand-in. The program may have loaded
-// JSON-GLib for one library alone, where RTLD_NEXT does not look. To the C library, the link map of
-// a library is its handle.
+// Returns the function that `caller` would call without this stand-in. RTLD_NEXT does not find
+// JSON-GLib if the program loaded it with RTLD_LOCAL, as a dependency of the caller. Then the
+// handle of the caller finds it; in glibc, the link map of a library is its handle.
 void* Original(const char* function, const void* caller) {
   void* original = dlsym(RTLD_NEXT, function);
   if (original != nullptr) {
@@ -66,7 +66,7 @@ int rootfs_locate(const char* path, char* located, size_t size) {
 
 extern "C" {
 
-// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): glibc's are reserved
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): glibc's names are reserved
 [[gnu::visibility("default")]] char* bindtextdomain(const char* domain, const char* directory) {
   const auto bind = reinterpret_cast<decltype(&bindtextdomain)>(dlsym(RTLD_NEXT, "bindtextdomain"));
   return bind(domain, Located(directory).c_str());

@@ -1,12 +1,12 @@
 /*
- * The device's file system, where it is not the one of this machine.
+ * A root filesystem of the device in a folder of this machine.
  *
- * On the device there is nothing of this: the library reads /usr/share/lib-morvith-tv as it stands.
- * A program that links this stand-in has, in front of the C library's and JSON-GLib's, the two
- * functions by which the library reads: bindtextdomain() and json_parser_load_from_file(). They
- * look for what lies in that folder below the root that the environment variable ROOTFS_DIR names,
- * a folder laid out like a device, and leave every other path alone. The variable is read anew on
- * each call; unset or empty, the root is "/". Nothing is allocated, and any thread may call.
+ * The device does not need this stand-in: there the library reads /usr/share/lib-morvith-tv itself.
+ * The stand-in replaces the two functions with which the library opens files: bindtextdomain() and
+ * json_parser_load_from_file(). For a path in /usr/share/lib-morvith-tv they open
+ * $ROOTFS_DIR/usr/share/lib-morvith-tv/...; other paths stay unchanged. Each call reads the
+ * environment variable ROOTFS_DIR. If it is unset or empty, the root is "/". Nothing is allocated,
+ * and any thread may call.
  */
 #ifndef ROOTFS_H
 #define ROOTFS_H
@@ -17,12 +17,12 @@
 extern "C" {
 #endif
 
-/* Where all that the library reads lies on the device. */
+/* The folder on the device that holds all files that the library reads. */
 #define ROOTFS_RESOURCES "/usr/share/lib-morvith-tv"
 
 /*
- * Writes into `located`, of `size` bytes, where the device's file `path` lies on this machine.
- * Returns 0; a negative value if it does not fit, and `located` is then cut, with its NUL.
+ * Translates the device path `path` to a path on this machine and writes it to `located`, which has
+ * `size` bytes. Returns 0. If the path does not fit, it is cut, and the result is negative.
  */
 __attribute__((visibility("default"))) int rootfs_locate(const char* path, char* located,
                                                          size_t size);
