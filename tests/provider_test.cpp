@@ -107,11 +107,11 @@ std::string AllTypes(const char* configuration) {
   std::ifstream file(configuration);
   InstallKeyboardConfig({std::istreambuf_iterator<char>(file), {}});
   const Provider provider(PluginUnderTest());
-  const KeyboardPage page(provider);
+  KeyboardPage page(provider);
   std::string types;
-  for (const Choice& language : page.ReadChoicesIfAny(SettingId::kLanguage)) {
+  for (const Choice& language : page.ReadSetting(SettingId::kLanguage).choices) {
     page.Store(SettingId::kLanguage, language.value);
-    for (const Choice& type : page.ReadChoicesIfAny(SettingId::kType)) {
+    for (const Choice& type : page.ReadSetting(SettingId::kType).choices) {
       types += type.value + " | " + type.text + "\n";
     }
   }
