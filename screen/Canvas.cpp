@@ -26,6 +26,15 @@ const std::map<std::string, RemoteKey> kKeys = {  // the names of X11
     {"Select", RemoteKey::kReturn}, {"Escape", RemoteKey::kBack},
     {"XF86Back", RemoteKey::kBack}, {"BackSpace", RemoteKey::kBack}};
 
+// Null for other keys. The list is on the side towards which the page is read.
+std::optional<RemoteKey> RemoteKeyOf(const std::string& name, bool is_mirrored) {
+  if (name == (is_mirrored ? "Right" : "Left")) {
+    return RemoteKey::kToPage;
+  }
+  const auto found = kKeys.find(name);
+  return found == kKeys.end() ? std::nullopt : std::optional(found->second);
+}
+
 void StartEfl() {
   // A television's page needs neither session services nor desktop menus.
   ecore_app_no_system_modules();
@@ -90,7 +99,8 @@ Canvas::Canvas(Target target, const std::string& layout) {
   ecore_evas_callback_resize_set(m_window.get(), [](Ecore_Evas* window) {
     static_cast<Canvas*>(ecore_evas_data_get(window, "canvas"))->Resize();
   });
-  ecore_evas_callback_delete_request_set(m_window.get(), [](Ecore_Evas*) { Leave(); });
+  ecore_evas_callback_delete_request_set(m_window.get(),
+                                         [](Ecore_Evas*) { ecore_main_loop_quit(); });
   evas_object_event_callback_add(m_page, EVAS_CALLBACK_KEY_DOWN,
                                  Call<Evas_Event_Key_Down, &Canvas::Press>, this);
   evas_object_event_callback_add(m_page, EVAS_CALLBACK_KEY_UP,
@@ -140,6 +150,17 @@ void Canvas::Show(const PageState& state) {
   edje_message_signal_process();
 }
 
+void Canvas::Control(PageState& state) {
+  m_state = &state;
+  Show(state);
+}
+
+void Canvas::PrintOnce(const std::string& problem) {
+  if (m_printed.insert(problem).second) {
+    std::fprintf(stderr, "menu_screen: %s\n", Printable(problem).c_str());
+  }
+}
+
 void Canvas::Mirror(bool is_mirrored) {
   edje_object_mirrored_set(m_page, is_mirrored ? EINA_TRUE : EINA_FALSE);
   std::vector<Evas_Object*> objects = {m_page, Nested("language"), Nested("type")};
@@ -149,7 +170,7 @@ void Canvas::Mirror(bool is_mirrored) {
   }
 }
 
-void Canvas::ShowRow(const char* part, const Row& row, bool focused) const {
+void Canvas::ShowRow(const char* part, const Row& row, bool focused) {
   Evas_Object* object = Nested(part);
   const Setting& setting = row.setting;
   SetText(object, "name", setting.name);
@@ -157,6 +178,9 @@ void Canvas::ShowRow(const char* part, const Row& row, bool focused) const {
   SetText(object, "value", is_odd ? "" : setting.CurrentText().value_or(kNothing));
   SetText(object, "odd", is_odd ? *setting.value : "");
   Switch(object, "trouble", row.problem.has_value());
+  if (row.problem) {
+    PrintOnce(*row.problem);
+  }
   Switch(object, "focus", focused);
 }
 
@@ -172,7 +196,7 @@ void Canvas::LoadHelp(const std::string& image) {
     m_has_help_image = evas_object_image_load_error_get(m_help) == EVAS_LOAD_ERROR_NONE;
   }
   if (!m_has_help_image) {
-    std::fprintf(stderr, "menu_screen: cannot show the help image '%s'\n", file.c_str());
+    PrintOnce("cannot show the help image " + Quoted(file));
   }
   Switch(m_page, "help.trouble", !m_has_help_image);
   edje_object_part_swallow(m_page, has_layout && m_has_help_image ? "help.layout" : "help.picture",
@@ -221,17 +245,21 @@ void Canvas::ShowList(const std::optional<std::size_t>& focus, const Setting& se
 void Canvas::Release(const Evas_Event_Key_Up& event) { m_released = {event.key, event.timestamp}; }
 
 void Canvas::Press(const Evas_Event_Key_Down& event) {
-  const std::string key = event.key;
-  const bool reads_from_right = edje_object_mirrored_get(m_page) != EINA_FALSE;
-  if (key == (reads_from_right ? "Right" : "Left")) {
-    return m_on_key(RemoteKey::kToPage);
+  const std::string name = event.key;
+  const bool is_mirrored = edje_object_mirrored_get(m_page) != EINA_FALSE;
+  const std::optional<RemoteKey> key = RemoteKeyOf(name, is_mirrored);
+  if (m_state == nullptr || !key) {
+    return;
   }
-  const auto found = kKeys.find(key);
   // X11 repeats a held key as a release and a press at the same time. Only Up and Down repeat.
-  const bool is_held = m_released == std::pair(key, event.timestamp);
-  const bool moves = key == "Up" || key == "Down";
-  if (found != kKeys.end() && (moves || !is_held)) {
-    m_on_key(found->second);
+  const bool is_held = m_released == std::pair(name, event.timestamp);
+  if (is_held && key != RemoteKey::kUp && key != RemoteKey::kDown) {
+    return;
+  }
+  m_state->Press(*key);
+  Show(*m_state);
+  if (m_state->is_left()) {
+    ecore_main_loop_quit();
   }
 }
 

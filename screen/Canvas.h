@@ -3,9 +3,9 @@
 #define SCREEN_CANVAS_H
 
 #include <cstddef>
-#include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -44,17 +44,19 @@ class Canvas {
   // Sets the language of the texts that follow, in the form "ko_KR" or "ko". It decides the font.
   void SetLanguage(const std::string& locale);
 
-  // The direction of the title decides the layout direction.
+  // Shows the page, and prints each of its problems once. The direction of the title decides the
+  // layout direction.
   void Show(const PageState& state);
+
+  // Shows the page and passes the keys to it. Run() returns after the user left the page. `state`
+  // must live longer than the canvas.
+  void Control(PageState& state);
+
+  // Returns after the window was closed or the user left the page.
+  static void Run() { ecore_main_loop_begin(); }
 
   // Writes a PNG file. Works for a buffer only. Throws HostError if the file cannot be written.
   void SavePicture(const std::string& file);
-
-  void OnKey(std::function<void(RemoteKey)> on_key) { m_on_key = std::move(on_key); }
-
-  // Returns after the window was closed or Leave() was called.
-  static void Run() { ecore_main_loop_begin(); }
-  static void Leave() { ecore_main_loop_quit(); }
 
   // For the check of texts and for tests: the page, one of its nested objects, or null.
   Evas_Object* page() const { return m_page; }
@@ -66,10 +68,11 @@ class Canvas {
  private:
   void Resize();
   void Mirror(bool is_mirrored);
-  void ShowRow(const char* part, const Row& row, bool focused) const;
+  void ShowRow(const char* part, const Row& row, bool focused);
   void LoadHelp(const std::string& image);
   void ShowHelp(const PageHead& head, const Setting& setting);
   void ShowList(const std::optional<std::size_t>& focus, const Setting& setting);
+  void PrintOnce(const std::string& problem);
   void Press(const Evas_Event_Key_Down& event);
   void Release(const Evas_Event_Key_Up& event);
 
@@ -84,7 +87,8 @@ class Canvas {
   std::pair<std::string, unsigned int> m_released;  // the last key and its time in milliseconds
   std::string m_font;
   std::vector<Evas_Object*> m_choices;
-  std::function<void(RemoteKey)> m_on_key;
+  std::set<std::string> m_printed;  // problems
+  PageState* m_state = nullptr;     // which the keys control
 };
 
 #endif

@@ -3,7 +3,6 @@
 
 #include <cstdio>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -18,7 +17,6 @@
 #include "platform_setup.h"
 #include "program.h"
 #include "temporary.h"
-#include "text.h"
 #include "text_check.h"
 #include "ui_language.h"
 
@@ -69,16 +67,6 @@ void Check(const Sources& sources, const std::string& layout) {
   ThrowIfAny(findings);
 }
 
-// Prints each problem of the page once.
-void PrintProblems(const PageState& state, std::set<std::string>& printed) {
-  for (const SettingId id : kSettingIds) {
-    const std::optional<std::string>& problem = state.row(id).problem;
-    if (problem && printed.insert(*problem).second) {
-      std::fprintf(stderr, "menu_screen: %s\n", Printable(*problem).c_str());
-    }
-  }
-}
-
 void Show(const Options& options, const Sources& sources, const std::string& layout) {
   UseRegistry(sources.registry);
   const Provider provider(sources.plugin);
@@ -91,22 +79,10 @@ void Show(const Options& options, const Sources& sources, const std::string& lay
   }
   Canvas canvas(options.picture.empty() ? Target::kWindow : Target::kBuffer, layout);
   canvas.SetLanguage(options.ui_language);
-  std::set<std::string> printed;
-  const auto show = [&] {
-    canvas.Show(state);
-    PrintProblems(state, printed);
-  };
-  show();
+  canvas.Control(state);
   if (!options.picture.empty()) {
     return canvas.SavePicture(options.picture);
   }
-  canvas.OnKey([&](RemoteKey key) {
-    state.Press(key);
-    show();
-    if (state.is_left()) {
-      Canvas::Leave();
-    }
-  });
   Canvas::Run();
 }
 
