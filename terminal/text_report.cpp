@@ -114,7 +114,7 @@ class TextReport : public Report {
                   {"sub component", info.sub_component},
                   {"languages", std::to_string(info.languages)},
                   {"keyboard types", std::to_string(info.types)},
-                  {"help picture", info.help_image}});
+                  {"help image", info.help_image}});
   }
 
   void Devices(const std::vector<DeviceProfile>& profiles, const std::string& in_use) override {
