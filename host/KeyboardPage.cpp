@@ -1,16 +1,10 @@
 #include "KeyboardPage.h"
 
-#include <algorithm>
-
 #include <libintl.h>
 
 namespace {
 
-const char* KeyOf(SettingId id) {
-  return id == SettingId::kLanguage ? DATA_PROVIDER_LANGUAGE : DATA_PROVIDER_TYPE;
-}
-
-// A language's display value is a message id, which is left to the host to translate.
+// The display value of a language is a message id, which the host translates.
 std::string UserText(SettingId id, const std::string& display_value) {
   return id == SettingId::kLanguage ? dgettext(DATA_PROVIDER_TEXT_DOMAIN, display_value.c_str())
                                     : display_value;
@@ -18,7 +12,15 @@ std::string UserText(SettingId id, const std::string& display_value) {
 
 }  // namespace
 
-std::string TypeOf(const std::string& value) { return value.substr(value.find('.') + 1); }
+const char* KeyOf(SettingId id) {
+  return id == SettingId::kLanguage ? DATA_PROVIDER_LANGUAGE : DATA_PROVIDER_TYPE;
+}
+
+std::string TypeIdOf(const std::string& value) { return value.substr(value.find('.') + 1); }
+
+std::optional<std::string> Setting::CurrentText() const {
+  return current ? std::optional(choices[*current].text) : std::nullopt;
+}
 
 PageHead KeyboardPage::ReadHead() const {
   return {m_provider.DisplayName(DATA_PROVIDER_PAGE).value_or(""),
@@ -26,57 +28,41 @@ PageHead KeyboardPage::ReadHead() const {
           m_provider.HelpImagePath(DATA_PROVIDER_PAGE).value_or("")};
 }
 
-std::vector<std::string> KeyboardPage::ReadTexts() const {
-  std::vector<std::string> texts;
-  for (const char* key : {DATA_PROVIDER_PAGE, DATA_PROVIDER_LANGUAGE, DATA_PROVIDER_TYPE}) {
-    texts.push_back(m_provider.DisplayName(key).value_or(""));
-    texts.push_back(m_provider.HelpText(key).value_or(""));
-  }
-  return texts;
-}
-
 Setting KeyboardPage::ReadSetting(SettingId id) const {
   const std::string key = KeyOf(id);
-  Setting setting = {key, m_provider.DisplayName(key).value_or(""),
-                     m_provider.HelpText(key).value_or(""), m_provider.Value(key), std::nullopt};
-  if (!setting.value) {
-    return setting;
-  }
-  const std::vector<Choice> choices = ReadChoicesIfAny(id);
-  const auto current = std::ranges::find(choices, *setting.value, &Choice::value);
-  if (current != choices.end()) {
-    setting.text = current->text;
+  Setting setting;
+  setting.id = id;
+  setting.name = m_provider.DisplayName(key).value_or("");
+  setting.help = m_provider.HelpText(key).value_or("");
+  setting.value = m_provider.Value(key);
+  const std::optional<std::vector<ListItem>> items = ReadList(id);
+  setting.has_list = items.has_value();
+  for (const ListItem& item : items.value_or(std::vector<ListItem>())) {
+    if (!setting.current && item.value == setting.value) {
+      setting.current = setting.choices.size();
+    }
+    setting.choices.push_back({item.value, UserText(id, item.display_value)});
   }
   return setting;
 }
 
-std::optional<std::vector<Choice>> KeyboardPage::ReadChoices(SettingId id) const {
-  const std::optional<std::vector<ListItem>> items = m_provider.ListItems(KeyOf(id));
-  if (!items) {
-    return std::nullopt;
-  }
-  std::vector<Choice> choices;
-  for (const ListItem& item : *items) {
-    choices.push_back({item.value, UserText(id, item.display_value)});
-  }
-  return choices;
+// The provider lists the types of the stored language, and logs an error if there is none.
+std::optional<std::vector<ListItem>> KeyboardPage::ReadList(SettingId id) const {
+  const bool can_list = id == SettingId::kLanguage || m_provider.Value(DATA_PROVIDER_LANGUAGE);
+  return can_list ? m_provider.ListItems(KeyOf(id)) : std::nullopt;
 }
 
-std::vector<Choice> KeyboardPage::ReadChoicesIfAny(SettingId id) const {
-  return ReadChoices(id).value_or(std::vector<Choice>());
+void KeyboardPage::Store(SettingId id, const std::string& value) {
+  m_provider.SetValue(KeyOf(id), value);
 }
 
-std::map<std::string, Choice> KeyboardPage::ReadAllTypes() const {
-  std::map<std::string, Choice> types;
-  for (const Choice& language : ReadChoicesIfAny(SettingId::kLanguage)) {
+std::map<std::string, std::string> KeyboardPage::StoreEachLanguageToReadTypes() {
+  std::map<std::string, std::string> types;
+  for (const Choice& language : ReadSetting(SettingId::kLanguage).choices) {
     Store(SettingId::kLanguage, language.value);
-    for (const Choice& type : ReadChoicesIfAny(SettingId::kType)) {
-      types.emplace(TypeOf(type.value), type);
+    for (const Choice& type : ReadSetting(SettingId::kType).choices) {
+      types.emplace(TypeIdOf(type.value), type.text);
     }
   }
   return types;
-}
-
-void KeyboardPage::Store(SettingId id, const std::string& value) const {
-  m_provider.SetValue(KeyOf(id), value);
 }

@@ -1,7 +1,10 @@
-// The keyboard settings page as the settings application shows it.
+// The keyboard settings page as a settings application shows it: it asks a provider for the texts,
+// the stored values and the choices, and translates the names of languages.
 #ifndef HOST_KEYBOARD_PAGE_H
 #define HOST_KEYBOARD_PAGE_H
 
+#include <array>
+#include <cstddef>
 #include <map>
 #include <optional>
 #include <string>
@@ -11,51 +14,58 @@
 
 enum class SettingId { kLanguage, kType };
 
+inline constexpr std::array kSettingIds = {SettingId::kLanguage, SettingId::kType};
+
+// Returns the key of a setting, for the provider and for the registry.
+const char* KeyOf(SettingId id);
+
 struct Choice {
-  std::string value;  // as it is stored
+  std::string value;  // as stored in the registry: "ko_KR", or for a type "ko_KR.kr_ibm106"
   std::string text;   // as the user reads it
 };
 
 struct Setting {
-  std::string key;
+  SettingId id = SettingId::kLanguage;
   std::string name;
   std::string help;
-  std::optional<std::string> value;  // what is stored
-  std::optional<std::string> text;   // how the user reads it; null if it is none of the choices
+  std::optional<std::string> value;  // null if nothing is stored
+  bool has_list = false;             // false for a type if no language is stored
+  std::vector<Choice> choices;
+  std::optional<std::size_t> current;  // position in `choices` of the stored value
+
+  // Returns the text of the stored value; null if it is not one of the choices.
+  std::optional<std::string> CurrentText() const;
 };
 
 struct PageHead {
   std::string title;
   std::string help;
-  std::string help_image;
+  std::string help_image;  // path on the device
 };
 
-// The value of a type is its language, a full stop and the id of the type: the id; any other value
-// as it is.
-std::string TypeOf(const std::string& value);
+// Returns the type id of a type's value: "kr_ibm106" for "ko_KR.kr_ibm106". Returns a value without
+// a full stop, such as a language, unchanged.
+std::string TypeIdOf(const std::string& value);
 
 class KeyboardPage {
  public:
+  // `provider` must live longer than the page.
   explicit KeyboardPage(const Provider& provider) : m_provider(provider) {}
 
+  // Texts and choices that the provider does not return are empty.
   PageHead ReadHead() const;
   Setting ReadSetting(SettingId id) const;
 
-  // The name and the help text of each item, in the language of the user.
-  std::vector<std::string> ReadTexts() const;
+  // Stores a choice. Read the setting again to see what the provider stored.
+  void Store(SettingId id, const std::string& value);
 
-  // Null when the provider gives no list: types are listed for a stored language.
-  std::optional<std::vector<Choice>> ReadChoices(SettingId id) const;
-
-  // The same, with none where there is no list.
-  std::vector<Choice> ReadChoicesIfAny(SettingId id) const;
-
-  // The types of all languages, in the order of their ids. Stores each language in turn.
-  std::map<std::string, Choice> ReadAllTypes() const;
-
-  void Store(SettingId id, const std::string& value) const;
+  // Returns the text of each type of each language, by type id. The provider lists the types of the
+  // stored language only, so this stores each language in turn: use a TemporaryRegistry.
+  std::map<std::string, std::string> StoreEachLanguageToReadTypes();
 
  private:
+  std::optional<std::vector<ListItem>> ReadList(SettingId id) const;
+
   const Provider& m_provider;
 };
 

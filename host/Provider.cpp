@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 
 #include "error.h"
+#include "text.h"
 
 namespace {
 
@@ -23,8 +24,8 @@ Provider::Provider(const std::string& plugin)
   void* handle = nullptr;
   const int result = m_create_provider(&handle);
   if (result != 0 || handle == nullptr) {
-    throw HostError("'" + plugin + "' made no provider: create_provider returned " +
-                    std::to_string(result));
+    throw HostError("cannot create a provider of " + Quoted(plugin) +
+                    ": create_provider returned " + std::to_string(result));
   }
   m_table = static_cast<data_provider_cbs*>(handle);
   try {
@@ -43,7 +44,7 @@ Provider::~Provider() {
 data_provider_entry Provider::Entry(const char* name) const {
   void* symbol = dlsym(m_library.get(), name);
   if (symbol == nullptr) {
-    throw HostError("'" + m_plugin + "' is not a data provider: it does not export " + name);
+    throw HostError(Quoted(m_plugin) + " is not a data provider: it does not export " + name);
   }
   return reinterpret_cast<data_provider_entry>(symbol);
 }
@@ -64,12 +65,13 @@ void Provider::CheckSlots() const {
 }
 
 std::optional<std::string> Provider::Ask(StringCallback callback, const std::string& key) const {
-  char* handed_out = nullptr;
-  callback(key.c_str(), &handed_out);
-  if (handed_out == nullptr) {
+  char* text = nullptr;
+  callback(key.c_str(), &text);
+  if (text == nullptr) {
     return std::nullopt;
   }
-  const std::unique_ptr<char, int (*)(char*)> owned(handed_out, m_table->release_string);
+  // Copying may throw.
+  const std::unique_ptr<char, int (*)(char*)> owned(text, m_table->release_string);
   return std::string(owned.get());
 }
 

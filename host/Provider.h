@@ -1,5 +1,5 @@
-// A data provider, loaded as a plug-in: its callback table as C++ calls. What the provider hands
-// out is copied and given back at once.
+// A data provider, loaded as a plug-in. Each method calls a slot of its callback table, copies the
+// result, and frees at once what the provider returned.
 #ifndef HOST_PROVIDER_H
 #define HOST_PROVIDER_H
 
@@ -17,14 +17,14 @@ struct ListItem {
 
 class Provider {
  public:
-  // Loads `plugin`, a path, or a file name for the dynamic loader to find. Throws HostError if it
-  // cannot be loaded or is no complete provider.
+  // Loads `plugin`, a path, or a file name that the dynamic loader looks for. Throws HostError if
+  // it cannot be loaded or does not fill all slots. The destructor unloads it.
   explicit Provider(const std::string& plugin);
   ~Provider();
   Provider(const Provider&) = delete;
   Provider& operator=(const Provider&) = delete;
 
-  // Null where the provider hands out nothing.
+  // Null if the provider returns nothing.
   std::optional<std::string> ModuleInfo(const std::string& key) const;
   std::optional<std::string> DisplayName(const std::string& key) const;
   std::optional<std::string> HelpText(const std::string& key) const;
@@ -34,10 +34,11 @@ class Provider {
 
   void SetValue(const std::string& key, const std::string& value) const;
 
-  // Reads a list of the table's and gives it back.
+  // Copies a list of `count` items made by get_list_items, then frees it with free_list_items.
   std::vector<ListItem> TakeList(void** list, int count) const;
 
-  // As they are, for what the calls above do not let through.
+  // Direct access to the table and the exported functions, for tests and benchmarks. Both are valid
+  // as long as this object.
   const data_provider_cbs& table() const { return *m_table; }
   data_provider_entry create_provider() const { return m_create_provider; }
   data_provider_entry delete_provider() const { return m_delete_provider; }

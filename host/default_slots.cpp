@@ -1,5 +1,6 @@
-// The host's default slots. A program that defines init_data_provider_cbs itself leaves this out.
+// The default slots of a host. The linker leaves this file out of a program that defines
+// init_data_provider_cbs itself.
 #include "data_provider.h"
 
-// Empty slots: a call of one that no provider fills would be seen at once.
+// Empty slots: calling a slot that the provider did not fill crashes at once.
 void init_data_provider_cbs(data_provider_cbs* table) { *table = {}; }

@@ -1,4 +1,4 @@
-// What a person did or has set up in a way that cannot work: said to them as it stands.
+// A user or set-up error. The message is shown to the user verbatim.
 #ifndef HOST_ERROR_H
 #define HOST_ERROR_H
 

@@ -1,31 +1,37 @@
 #include "registry_admin.h"
 
 #include <array>
+#include <cstdlib>
 
 #include "error.h"
 #include "kvreg_admin.h"
 #include "platform_setup.h"
+#include "text.h"
 
 namespace {
 
-std::string RegistryProblem(const char* action, const std::string& key, const char* reason) {
-  return std::string("cannot ") + action + " '" + key + "' in the registry '" + FindRegistry("") +
-         "': " + reason +
-         ". 'menu_host reset' empties one that is whole; otherwise take the file away.";
+using Reason = std::array<char, 256>;
+
+std::string Problem(const char* action, const std::string& key, const Reason& reason) {
+  const char* file = std::getenv(kRegistryVariable);
+  return std::string("cannot ") + action + " " + Quoted(key) + " in the registry " +
+         Quoted(file == nullptr ? "" : file) + ": " + reason.data();
 }
 
 }  // namespace
 
-void CheckReadable(const std::string& key) {
-  std::array<char, 256> reason;
-  if (kvreg_try(key.c_str(), reason.data(), reason.size()) != 0) {
-    throw HostError(RegistryProblem("read", key, reason.data()));
+std::optional<std::string> WhyUnreadable(const std::string& key) {
+  Reason reason;
+  if (kvreg_try(key.c_str(), reason.data(), reason.size()) == 0) {
+    return std::nullopt;
   }
+  return Problem("read", key, reason) +
+         "; 'menu_host reset' removes a bad value, otherwise delete the file";
 }
 
-void Forget(const std::string& key) {
-  std::array<char, 256> reason;
+void RemoveKey(const std::string& key) {
+  Reason reason;
   if (kvreg_unset(key.c_str(), reason.data(), reason.size()) != 0) {
-    throw HostError(RegistryProblem("forget", key, reason.data()));
+    throw HostError(Problem("remove", key, reason) + "; delete the file");
   }
 }

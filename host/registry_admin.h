@@ -1,14 +1,16 @@
-// What the registry's stand-in tells of the registry in use, and does to it, beside what a provider
-// asks of it.
+// Registry maintenance that a provider never needs. It is a library of its own, because a host that
+// links the registry keeps it loaded after the plug-in is unloaded.
 #ifndef HOST_REGISTRY_ADMIN_H
 #define HOST_REGISTRY_ADMIN_H
 
+#include <optional>
 #include <string>
 
-// Throws HostError, with the reason, if what the registry keeps under `key` cannot be read.
-void CheckReadable(const std::string& key);
+// Returns why the registry cannot read `key`; null if it can, even if nothing is stored. A provider
+// returns no value in both cases.
+std::optional<std::string> WhyUnreadable(const std::string& key);
 
-// Takes what the registry keeps under `key` away. Throws HostError if it cannot.
-void Forget(const std::string& key);
+// Removes `key` and its value from the registry. Throws HostError with the reason if it cannot.
+void RemoveKey(const std::string& key);
 
 #endif

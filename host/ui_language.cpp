@@ -14,15 +14,15 @@
 
 #include "data_provider.h"
 #include "error.h"
-#include "join.h"
+#include "text.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-// gettext ignores LANGUAGE in the locale C and, from glibc 2.39 on, in C.UTF-8. No locale has the
+// gettext ignores LANGUAGE in the locale C and, since glibc 2.39, in C.UTF-8. No locale has the
 // territory XX, so glibc loads C.UTF-8 for it, but keeps the name C_XX.UTF-8. If that fails, the
-// user's own locale or a common one is used.
+// user's locale or a common one is used.
 constexpr std::array kLocales = {"C_XX.UTF-8", "", "en_US.UTF-8"};
 
 bool Translates(const char* locale) {
@@ -59,7 +59,7 @@ std::vector<std::string> Catalogues(const fs::path& directory) {
 
 void UseUiLanguage(const std::string& locale) {
   setenv("LANGUAGE", locale.c_str(), 1);
-  std::setlocale(LC_ALL, "C");  // only a change of the locale makes gettext read LANGUAGE again
+  std::setlocale(LC_ALL, "C");  // gettext reads LANGUAGE again only after a change of the locale
   if (std::ranges::none_of(kLocales, Translates)) {
     throw HostError(
         "no UTF-8 locale found in which gettext translates; install one, such as en_US.UTF-8");
@@ -79,7 +79,7 @@ std::optional<std::string> FindCatalogue(const std::string& locale) {
 void CheckCatalogue(const std::string& locale) {
   if (!FindCatalogue(locale)) {
     const fs::path directory = bindtextdomain(DATA_PROVIDER_TEXT_DOMAIN, nullptr);
-    throw HostError("no catalogue for the language '" + locale + "' in " + directory.string() +
-                    ". There are: " + Join(Catalogues(directory)) + ".");
+    throw HostError("no catalogue for the language " + Quoted(locale) + " in " + Quoted(directory) +
+                    "; available: " + Join(Catalogues(directory)));
   }
 }

@@ -6,18 +6,18 @@
 #include <optional>
 #include <string>
 
-// In place of a locale: texts stay message ids.
+// Pass this as the locale to get message ids instead of translations.
 inline constexpr char kNoLanguage[] = "C";
 
-// Translates texts into the language of `locale`, of the form "ko_KR" or "ko", from now on. Changes
-// the locale of the process. Throws HostError if the C library has no UTF-8 locale to do this in.
+// Translates texts into the language of `locale`, in the form "ko_KR" or "ko". Changes the locale
+// and LANGUAGE of the process. Throws HostError if the machine has no suitable UTF-8 locale.
 void UseUiLanguage(const std::string& locale);
 
-// The name of the catalogue that the provider, which has bound the text domain, has for `locale`:
-// its own, or else its language's.
+// Returns the name of the installed catalogue for `locale`: "ko_KR" if it exists, or else "ko".
+// Null if neither exists. The provider must be loaded, because it binds the text domain.
 std::optional<std::string> FindCatalogue(const std::string& locale);
 
-// Throws HostError if there is none.
+// Throws HostError if FindCatalogue() finds none.
 void CheckCatalogue(const std::string& locale);
 
 #endif

@@ -11,38 +11,48 @@
 #include "error.h"
 #include "fonts.h"
 #include "platform_setup.h"
+#include "text.h"
 
 namespace {
 
-constexpr char kNothing[] = "\u2014";
+constexpr char kNothing[] = "\u2014";      // an em dash
 constexpr char kTextClass[] = "text";      // of the page
 constexpr char kHelpTextClass[] = "help";  // of the help layout
-constexpr int kSizeOfTheLayout = -100;     // per cent
+constexpr int kLayoutSize = -100;          // 100 percent of the size in the layout
 
-const std::map<std::string, RemoteKey> kKeys = {  // as X11 names them
+const std::map<std::string, RemoteKey> kKeys = {  // the names of X11
     {"Up", RemoteKey::kUp},         {"Down", RemoteKey::kDown},
     {"Return", RemoteKey::kReturn}, {"KP_Enter", RemoteKey::kReturn},
     {"Select", RemoteKey::kReturn}, {"Escape", RemoteKey::kBack},
     {"XF86Back", RemoteKey::kBack}, {"BackSpace", RemoteKey::kBack}};
 
+// Null for other keys. The list is on the side towards which the page is read.
+std::optional<RemoteKey> RemoteKeyOf(const std::string& name, bool is_mirrored) {
+  if (name == (is_mirrored ? "Right" : "Left")) {
+    return RemoteKey::kToPage;
+  }
+  const auto found = kKeys.find(name);
+  return found == kKeys.end() ? std::nullopt : std::optional(found->second);
+}
+
 void StartEfl() {
-  // Neither the session's services nor the desktop's menus are any concern of a television's page.
+  // A television's page needs neither session services nor desktop menus.
   ecore_app_no_system_modules();
-  setenv("XDG_RUNTIME_DIR", g_get_tmp_dir(), 0);  // EFL ends the process where it can make none
+  setenv("XDG_RUNTIME_DIR", g_get_tmp_dir(), 0);  // EFL ends the process if it cannot create one
   efreet_cache_disable();
   if (ecore_evas_init() == 0 || edje_init() == 0) {
-    throw HostError("EFL cannot be started");
+    throw HostError("cannot start EFL");
   }
 }
 
-// EFL takes a buffer where there is no display.
+// EFL falls back to a buffer if there is no display.
 Window OpenWindow() {
-  // It complains of each kind of display that it is built without.
+  // Debian's EFL logs an error for each display engine that it does not have.
   eina_log_domain_level_set("eina_safety", EINA_LOG_LEVEL_CRITICAL);
   Window window(ecore_evas_new(nullptr, 0, 0, 1, 1, nullptr));
   eina_log_domain_level_set("eina_safety", EINA_LOG_LEVEL_ERR);
   if (window == nullptr || ecore_evas_engine_name_get(window.get()) == std::string("buffer")) {
-    throw HostError("there is no display to open a window on; --picture FILE.png needs none");
+    throw HostError("no display found for a window; '--picture FILE.png' needs none");
   }
   return window;
 }
@@ -62,7 +72,7 @@ void Switch(Evas_Object* object, const char* signal, bool is_on) {
 
 std::string ChoicePart(std::size_t index) { return "choice." + std::to_string(index); }
 
-// The first choice that is shown of a list that scrolls with its focus in the middle.
+// Returns the first visible choice. The list scrolls with its focus in the middle.
 std::size_t FirstShown(std::size_t focused, std::size_t count, std::size_t places) {
   const std::size_t before = focused - std::min(focused, places / 2);
   return std::min(before, count - std::min(count, places));
@@ -77,8 +87,8 @@ Canvas::Canvas(Target target, const std::string& layout) {
   m_slides = is_window;
   m_page = edje_object_add(ecore_evas_get(m_window.get()));
   if (edje_object_file_set(m_page, layout.c_str(), "page") == EINA_FALSE) {
-    throw HostError("cannot use the layout '" + layout +
-                    "': " + edje_load_error_str(edje_object_load_error_get(m_page)));
+    throw HostError("cannot use the layout " + Quoted(layout) + ": " +
+                    edje_load_error_str(edje_object_load_error_get(m_page)));
   }
   while (Evas_Object* choice = Nested(ChoicePart(m_choices.size()))) {
     m_choices.push_back(choice);
@@ -89,7 +99,8 @@ Canvas::Canvas(Target target, const std::string& layout) {
   ecore_evas_callback_resize_set(m_window.get(), [](Ecore_Evas* window) {
     static_cast<Canvas*>(ecore_evas_data_get(window, "canvas"))->Resize();
   });
-  ecore_evas_callback_delete_request_set(m_window.get(), [](Ecore_Evas*) { Leave(); });
+  ecore_evas_callback_delete_request_set(m_window.get(),
+                                         [](Ecore_Evas*) { ecore_main_loop_quit(); });
   evas_object_event_callback_add(m_page, EVAS_CALLBACK_KEY_DOWN,
                                  Call<Evas_Event_Key_Down, &Canvas::Press>, this);
   evas_object_event_callback_add(m_page, EVAS_CALLBACK_KEY_UP,
@@ -124,7 +135,7 @@ Evas_Object* Canvas::Nested(const std::string& part) const {
 
 void Canvas::SetLanguage(const std::string& locale) {
   m_font = FontFor(locale);
-  edje_text_class_set(kTextClass, m_font.c_str(), kSizeOfTheLayout);
+  edje_text_class_set(kTextClass, m_font.c_str(), kLayoutSize);
 }
 
 void Canvas::Show(const PageState& state) {
@@ -135,8 +146,19 @@ void Canvas::Show(const PageState& state) {
   ShowRow("type", state.row(SettingId::kType), state.focused() == SettingId::kType);
   const Setting& focused = state.row(state.focused()).setting;
   ShowHelp(state.head(), focused);
-  ShowList(state.list(), focused);
+  ShowList(state.list_focus(), focused);
   edje_message_signal_process();
+}
+
+void Canvas::Control(PageState& state) {
+  m_state = &state;
+  Show(state);
+}
+
+void Canvas::PrintOnce(const std::string& problem) {
+  if (m_printed.insert(problem).second) {
+    std::fprintf(stderr, "menu_screen: %s\n", Printable(problem).c_str());
+  }
 }
 
 void Canvas::Mirror(bool is_mirrored) {
@@ -148,14 +170,17 @@ void Canvas::Mirror(bool is_mirrored) {
   }
 }
 
-void Canvas::ShowRow(const char* part, const Row& row, bool focused) const {
+void Canvas::ShowRow(const char* part, const Row& row, bool focused) {
   Evas_Object* object = Nested(part);
   const Setting& setting = row.setting;
   SetText(object, "name", setting.name);
-  const bool is_odd = setting.value && !setting.text;
-  SetText(object, "value", is_odd ? "" : setting.text.value_or(kNothing));
+  const bool is_odd = setting.value && !setting.current;  // not one of the choices
+  SetText(object, "value", is_odd ? "" : setting.CurrentText().value_or(kNothing));
   SetText(object, "odd", is_odd ? *setting.value : "");
-  Switch(object, "trouble", row.failed);
+  Switch(object, "trouble", row.problem.has_value());
+  if (row.problem) {
+    PrintOnce(*row.problem);
+  }
   Switch(object, "focus", focused);
 }
 
@@ -165,18 +190,18 @@ void Canvas::LoadHelp(const std::string& image) {
   Evas* evas = ecore_evas_get(m_window.get());
   m_help = has_layout ? edje_object_add(evas) : evas_object_image_filled_add(evas);
   if (has_layout) {
-    m_has_picture = edje_object_file_set(m_help, file.c_str(), "help") != EINA_FALSE;
+    m_has_help_image = edje_object_file_set(m_help, file.c_str(), "help") != EINA_FALSE;
   } else {
     evas_object_image_file_set(m_help, file.c_str(), nullptr);
-    m_has_picture = evas_object_image_load_error_get(m_help) == EVAS_LOAD_ERROR_NONE;
+    m_has_help_image = evas_object_image_load_error_get(m_help) == EVAS_LOAD_ERROR_NONE;
   }
-  if (!m_has_picture) {
-    std::fprintf(stderr, "menu_screen: cannot show the help picture '%s'\n", file.c_str());
+  if (!m_has_help_image) {
+    PrintOnce("cannot show the help image " + Quoted(file));
   }
-  Switch(m_page, "help.trouble", !m_has_picture);
-  edje_object_part_swallow(m_page, has_layout && m_has_picture ? "help.layout" : "help.picture",
+  Switch(m_page, "help.trouble", !m_has_help_image);
+  edje_object_part_swallow(m_page, has_layout && m_has_help_image ? "help.layout" : "help.picture",
                            m_help);
-  m_help_text = has_layout && m_has_picture ? Place{m_help, "help"} : Place{m_page, "help.text"};
+  m_help_text = has_layout && m_has_help_image ? Place{m_help, "help"} : Place{m_page, "help.text"};
 }
 
 void Canvas::ShowHelp(const PageHead& head, const Setting& setting) {
@@ -184,7 +209,7 @@ void Canvas::ShowHelp(const PageHead& head, const Setting& setting) {
     LoadHelp(head.help_image);
   }
   if (m_help_text.object == m_help) {
-    edje_object_text_class_set(m_help, kHelpTextClass, m_font.c_str(), kSizeOfTheLayout);
+    edje_object_text_class_set(m_help, kHelpTextClass, m_font.c_str(), kLayoutSize);
     edje_object_signal_emit(m_help, "language", "");
     SetText(m_help, "title", setting.name);
   }
@@ -195,42 +220,46 @@ void Canvas::ShowHelpText(const std::string& text) const {
   edje_object_part_text_unescaped_set(m_help_text.object, m_help_text.part, text.c_str());
 }
 
-void Canvas::ShowList(const std::optional<OpenList>& list, const Setting& setting) {
+void Canvas::ShowList(const std::optional<std::size_t>& focus, const Setting& setting) {
   const std::string moves = m_slides ? "slide," : "";
-  edje_object_signal_emit(m_page, "list", (moves + (list ? "on" : "off")).c_str());
-  if (!list) {
+  edje_object_signal_emit(m_page, "list", (moves + (focus ? "on" : "off")).c_str());
+  if (!focus) {
     return;
   }
-  const std::size_t count = list->choices.size();
-  const std::size_t first = FirstShown(list->focused, count, m_choices.size());
+  const std::size_t count = setting.choices.size();
+  const std::size_t first = FirstShown(*focus, count, m_choices.size());
   SetText(m_page, "list.title", setting.name);
   SetText(m_page, "list.position",
-          count == 0 ? "" : std::to_string(list->focused + 1) + " / " + std::to_string(count));
+          count == 0 ? "" : std::to_string(*focus + 1) + " / " + std::to_string(count));
   Switch(m_page, "list.trouble", count == 0);
   Switch(m_page, "list.above", first > 0);
   Switch(m_page, "list.below", first + m_choices.size() < count);
   for (std::size_t i = 0; i < m_choices.size(); ++i) {
     const std::size_t shown = first + i;
-    SetText(m_choices[i], "text", shown < count ? list->choices[shown].text : "");
-    Switch(m_choices[i], "focus", shown < count && shown == list->focused);
-    Switch(m_choices[i], "mark", shown < count && shown == list->current);
+    SetText(m_choices[i], "text", shown < count ? setting.choices[shown].text : "");
+    Switch(m_choices[i], "focus", shown < count && shown == focus);
+    Switch(m_choices[i], "mark", shown < count && shown == setting.current);
   }
 }
 
 void Canvas::Release(const Evas_Event_Key_Up& event) { m_released = {event.key, event.timestamp}; }
 
 void Canvas::Press(const Evas_Event_Key_Down& event) {
-  const std::string key = event.key;
-  const bool reads_from_right = edje_object_mirrored_get(m_page) != EINA_FALSE;
-  if (key == (reads_from_right ? "Right" : "Left")) {
-    return m_on_key(RemoteKey::kToPage);
+  const std::string name = event.key;
+  const bool is_mirrored = edje_object_mirrored_get(m_page) != EINA_FALSE;
+  const std::optional<RemoteKey> key = RemoteKeyOf(name, is_mirrored);
+  if (m_state == nullptr || !key) {
+    return;
   }
-  const auto found = kKeys.find(key);
-  // A key that is held is released and pressed again at once: it moves on, and chooses once.
-  const bool is_held = m_released == std::pair(key, event.timestamp);
-  const bool moves = key == "Up" || key == "Down";
-  if (found != kKeys.end() && (moves || !is_held)) {
-    m_on_key(found->second);
+  // X11 repeats a held key as a release and a press at the same time. Only Up and Down repeat.
+  const bool is_held = m_released == std::pair(name, event.timestamp);
+  if (is_held && key != RemoteKey::kUp && key != RemoteKey::kDown) {
+    return;
+  }
+  m_state->Press(*key);
+  Show(*m_state);
+  if (m_state->is_left()) {
+    ecore_main_loop_quit();
   }
 }
 
@@ -244,6 +273,6 @@ void Canvas::SavePicture(const std::string& file) {
   const bool is_saved = evas_object_image_save(picture, file.c_str(), nullptr, "compress=9") != 0;
   evas_object_del(picture);
   if (!is_saved) {
-    throw HostError("cannot write the picture '" + file + "'");
+    throw HostError("cannot write the picture " + Quoted(file));
   }
 }

@@ -1,10 +1,11 @@
-// The page drawn by EFL, in a window or into a buffer.
+// Draws the page with EFL, in a window or into a buffer.
 #ifndef SCREEN_CANVAS_H
 #define SCREEN_CANVAS_H
 
-#include <functional>
+#include <cstddef>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -20,9 +21,12 @@ struct EcoreEvasDeleter {
 };
 using Window = std::unique_ptr<Ecore_Evas, EcoreEvasDeleter>;
 
-enum class Target { kWindow, kBuffer };  // a buffer needs no display, and nothing moves in it
+enum class Target {
+  kWindow,
+  kBuffer,  // needs no display; lists open without an animation
+};
 
-// Where a text stands: a part of an object of the layout.
+// The place of a text: a part of an object of the layout.
 struct Place {
   Evas_Object* object;
   const char* part;
@@ -30,58 +34,61 @@ struct Place {
 
 class Canvas {
  public:
-  // `layout` is the program's own .edj. Throws HostError if it cannot be used, or there is no
-  // display for a window.
+  // `layout` is the path of the program's .edj file. Throws HostError if EFL cannot use it, or if
+  // there is no display for a window.
   Canvas(Target target, const std::string& layout);
   ~Canvas();
   Canvas(const Canvas&) = delete;
   Canvas& operator=(const Canvas&) = delete;
 
-  // In which language the texts of the page are from now on, of the form "ko_KR" or "ko": it
-  // decides on the form of the letters.
+  // Sets the language of the texts that follow, in the form "ko_KR" or "ko". It decides the font.
   void SetLanguage(const std::string& locale);
 
-  // From which side it is read is seen from its title.
+  // Shows the page, and prints each of its problems once. The direction of the title decides the
+  // layout direction.
   void Show(const PageState& state);
 
-  // Throws HostError if the file cannot be written. Of a buffer alone.
+  // Shows the page and passes the keys to it. Run() returns after the user left the page. `state`
+  // must live longer than the canvas.
+  void Control(PageState& state);
+
+  // Returns after the window was closed or the user left the page.
+  static void Run() { ecore_main_loop_begin(); }
+
+  // Writes a PNG file. Works for a buffer only. Throws HostError if the file cannot be written.
   void SavePicture(const std::string& file);
 
-  void OnKey(std::function<void(RemoteKey)> on_key) { m_on_key = std::move(on_key); }
-
-  // Returns when the window is closed or Leave() was called.
-  static void Run() { ecore_main_loop_begin(); }
-  static void Leave() { ecore_main_loop_quit(); }
-
-  // The object of the layout that has these parts, for the check and for tests.
+  // For the check of texts and for tests: the page, one of its nested objects, or null.
   Evas_Object* page() const { return m_page; }
   Evas_Object* Nested(const std::string& part) const;
   Place help_text() const { return m_help_text; }
   void ShowHelpText(const std::string& text) const;
-  bool has_picture() const { return m_has_picture; }  // once a page was shown
+  bool has_help_image() const { return m_has_help_image; }  // valid after Show()
 
  private:
   void Resize();
   void Mirror(bool is_mirrored);
-  void ShowRow(const char* part, const Row& row, bool focused) const;
+  void ShowRow(const char* part, const Row& row, bool focused);
   void LoadHelp(const std::string& image);
   void ShowHelp(const PageHead& head, const Setting& setting);
-  void ShowList(const std::optional<OpenList>& list, const Setting& setting);
+  void ShowList(const std::optional<std::size_t>& focus, const Setting& setting);
+  void PrintOnce(const std::string& problem);
   void Press(const Evas_Event_Key_Down& event);
   void Release(const Evas_Event_Key_Up& event);
 
   Window m_window;
-  Evas_Object* m_page = nullptr;  // these are the window's own
-  Evas_Object* m_help = nullptr;  // the help layout or picture
+  Evas_Object* m_page = nullptr;  // the window owns all objects
+  Evas_Object* m_help = nullptr;  // the help layout or image
   Place m_help_text = {};
-  bool m_has_picture = false;
+  bool m_has_help_image = false;
   bool m_slides = false;
-  int m_width = 0;  // for which the layout is made
+  int m_width = 0;  // the size for which the layout is made
   int m_height = 0;
-  std::pair<std::string, unsigned int> m_released;  // the key, and when in milliseconds
+  std::pair<std::string, unsigned int> m_released;  // the last key and its time in milliseconds
   std::string m_font;
   std::vector<Evas_Object*> m_choices;
-  std::function<void(RemoteKey)> m_on_key;
+  std::set<std::string> m_printed;  // problems
+  PageState* m_state = nullptr;     // which the keys control
 };
 
 #endif

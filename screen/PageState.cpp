@@ -1,40 +1,33 @@
 #include "PageState.h"
 
-#include <algorithm>
-#include <cstdio>
-#include <string>
-#include <utility>
+#include <vector>
 
-#include "error.h"
 #include "registry_admin.h"
+#include "text.h"
 
 namespace {
 
 Row ReadRow(const KeyboardPage& page, SettingId id) {
-  Row row = {page.ReadSetting(id), false};
-  const bool has_list = id == SettingId::kLanguage || row.setting.value;
-  row.failed = has_list && page.ReadChoicesIfAny(id).empty();
-  try {
-    CheckReadable(row.setting.key);
-  } catch (const HostError& error) {
-    std::fprintf(stderr, "menu_screen: %s\n", error.what());
-    row.failed = true;
+  Row row = {page.ReadSetting(id), WhyUnreadable(KeyOf(id))};
+  // A type that is not stored needs no choices, because its language may not be stored either.
+  const bool needs_choices = id == SettingId::kLanguage || row.setting.value;
+  if (!row.problem && needs_choices && row.setting.choices.empty()) {
+    row.problem = "no choices for " + Quoted(KeyOf(id));
   }
   return row;
 }
 
 }  // namespace
 
-PageState::PageState(const KeyboardPage& page) : m_page(page), m_head(page.ReadHead()) {
-  ReadRows();
-}
+PageState::PageState(KeyboardPage& page) : m_page(page), m_head(page.ReadHead()) { ReadRows(); }
 
 void PageState::ReadRows() {
-  m_language = ReadRow(m_page, SettingId::kLanguage);
-  m_type = ReadRow(m_page, SettingId::kType);
+  for (const SettingId id : kSettingIds) {
+    m_rows[static_cast<std::size_t>(id)] = ReadRow(m_page, id);
+  }
 }
 
-void PageState::Press(RemoteKey key) { m_list ? PressOnList(key) : PressOnPage(key); }
+void PageState::Press(RemoteKey key) { m_list_focus ? PressOnList(key) : PressOnPage(key); }
 
 void PageState::PressOnPage(RemoteKey key) {
   if (key == RemoteKey::kReturn) {
@@ -46,37 +39,31 @@ void PageState::PressOnPage(RemoteKey key) {
 }
 
 void PageState::PressOnList(RemoteKey key) {
-  const std::size_t last = m_list->choices.empty() ? 0 : m_list->choices.size() - 1;
+  const std::size_t count = row(m_focused).setting.choices.size();
   if (key == RemoteKey::kUp) {
-    m_list->focused -= m_list->focused > 0 ? 1 : 0;
+    *m_list_focus -= *m_list_focus > 0 ? 1 : 0;
   } else if (key == RemoteKey::kDown) {
-    m_list->focused += m_list->focused < last ? 1 : 0;
-  } else if (key == RemoteKey::kReturn) {
-    StoreFocused();
+    *m_list_focus += *m_list_focus + 1 < count ? 1 : 0;
   } else {
-    m_list.reset();
+    if (key == RemoteKey::kReturn && count > 0) {
+      StoreFocused();
+    }
+    m_list_focus.reset();
   }
 }
 
+// Reads the rows again, because another program may have changed the registry.
 void PageState::Open() {
-  OpenList list;
-  list.choices = m_page.ReadChoicesIfAny(m_focused);
-  const auto current =
-      std::ranges::find(list.choices, row(m_focused).setting.value, &Choice::value);
-  if (current != list.choices.end()) {
-    list.focused = static_cast<std::size_t>(current - list.choices.begin());
-    list.current = list.focused;
-  }
-  m_list = std::move(list);
+  ReadRows();
+  m_list_focus = row(m_focused).setting.current.value_or(0);
 }
 
 void PageState::StoreFocused() {
-  if (!m_list->choices.empty()) {
-    const std::string value = m_list->choices[m_list->focused].value;
-    m_page.Store(m_focused, value);
-    ReadRows();
-    Row& stored = m_focused == SettingId::kLanguage ? m_language : m_type;
-    stored.failed |= stored.setting.value != value;
+  const std::string value = row(m_focused).setting.choices[*m_list_focus].value;
+  m_page.Store(m_focused, value);
+  ReadRows();
+  Row& stored = m_rows[static_cast<std::size_t>(m_focused)];
+  if (!stored.problem && stored.setting.value != value) {
+    stored.problem = Quoted(value) + " was not stored";
   }
-  m_list.reset();
 }

@@ -1,41 +1,45 @@
-// What the page on the screen shows, and what the keys of a remote control make of it. Draws
-// nothing.
+// What the page on the screen shows, and how the keys of a remote control change it. This class
+// neither draws nor prints.
 #ifndef SCREEN_PAGE_STATE_H
 #define SCREEN_PAGE_STATE_H
 
+#include <array>
 #include <cstddef>
 #include <optional>
-#include <vector>
+#include <string>
 
 #include "KeyboardPage.h"
 
-enum class RemoteKey { kUp, kDown, kReturn, kBack, kToPage };  // the last from the list alone
+enum class RemoteKey {
+  kUp,
+  kDown,
+  kReturn,
+  kBack,
+  kToPage,  // towards the page, which closes a list
+};
 
 struct Row {
   Setting setting;
-  bool failed = false;  // there are no choices, or the registry cannot be read or did not take one
-};
-
-struct OpenList {
-  std::vector<Choice> choices;
-  std::size_t focused = 0;
-  std::optional<std::size_t> current;  // the choice that is stored
+  // Null if all is well. Otherwise the registry cannot be read, the setting has no choices, or a
+  // choice was not stored.
+  std::optional<std::string> problem;
 };
 
 class PageState {
  public:
-  explicit PageState(const KeyboardPage& page);
+  // `page` must live longer than the state.
+  explicit PageState(KeyboardPage& page);
 
   void Press(RemoteKey key);
-  // Opens the list of the setting in focus: empty, if there is nothing to choose.
-  void Open();
   void Focus(SettingId id) { m_focused = id; }
+  void Open();  // opens the list of the focused setting, which may be empty
 
   const PageHead& head() const { return m_head; }
-  const Row& row(SettingId id) const { return id == SettingId::kLanguage ? m_language : m_type; }
+  const Row& row(SettingId id) const { return m_rows[static_cast<std::size_t>(id)]; }
   SettingId focused() const { return m_focused; }
-  const std::optional<OpenList>& list() const { return m_list; }
-  bool is_left() const { return m_is_left; }  // Back was pressed on the page itself
+  // The position of the focus in the open list; null if no list is open.
+  const std::optional<std::size_t>& list_focus() const { return m_list_focus; }
+  bool is_left() const { return m_is_left; }  // Back was pressed while no list was open
 
  private:
   void PressOnPage(RemoteKey key);
@@ -43,12 +47,11 @@ class PageState {
   void StoreFocused();
   void ReadRows();
 
-  const KeyboardPage& m_page;
+  KeyboardPage& m_page;
   PageHead m_head;
-  Row m_language;
-  Row m_type;
+  std::array<Row, kSettingIds.size()> m_rows;
   SettingId m_focused = SettingId::kLanguage;
-  std::optional<OpenList> m_list;
+  std::optional<std::size_t> m_list_focus;
   bool m_is_left = false;
 };
 

@@ -16,7 +16,7 @@ FontPattern Sans(const std::string& properties) {
 }  // namespace
 
 std::string FontFor(const std::string& locale) {
-  FcChar8* name = FcLangNormalize(FcString(locale));  // with the country where that decides
+  FcChar8* name = FcLangNormalize(FcString(locale));  // keeps the country if fonts depend on it
   const std::string language = std::string(":lang=") + reinterpret_cast<const char*>(name);
   FcStrFree(name);
   FcResult result = FcResultMatch;
@@ -27,9 +27,9 @@ std::string FontFor(const std::string& locale) {
   return (is_named ? reinterpret_cast<const char*>(family) : "Sans") + language;
 }
 
-Letters InstalledLetters() {
-  FcCharSet* letters = nullptr;
+Characters InstalledCharacters() {
+  FcCharSet* characters = nullptr;
   FcResult result = FcResultMatch;
-  FcFontSetDestroy(FcFontSort(nullptr, Sans("").get(), FcTrue, &letters, &result));
-  return Letters(letters);
+  FcFontSetDestroy(FcFontSort(nullptr, Sans("").get(), FcTrue, &characters, &result));
+  return Characters(characters);
 }

@@ -1,4 +1,4 @@
-// The installed fonts, by fontconfig.
+// The installed fonts, from fontconfig.
 #ifndef SCREEN_FONTS_H
 #define SCREEN_FONTS_H
 
@@ -9,17 +9,17 @@
 
 struct FontconfigDeleter {
   void operator()(FcPattern* pattern) const { FcPatternDestroy(pattern); }
-  void operator()(FcCharSet* letters) const { FcCharSetDestroy(letters); }
+  void operator()(FcCharSet* characters) const { FcCharSetDestroy(characters); }
 };
 using FontPattern = std::unique_ptr<FcPattern, FontconfigDeleter>;
-using Letters = std::unique_ptr<FcCharSet, FontconfigDeleter>;
+using Characters = std::unique_ptr<FcCharSet, FontconfigDeleter>;
 
-// The best font for the language of `locale`, of the form "ko_KR" or "ko", as Evas takes it: such
-// as "Noto Sans Khmer:lang=km". Named, it is the first of its line and gives the line its height:
-// deep letters are cut otherwise.
+// Returns the best font for the language of `locale`, in the form "ko_KR" or "ko", as Evas expects
+// it: "Noto Sans Khmer:lang=km". With "Sans" alone, Evas takes the line height from another font
+// and cuts deep characters.
 std::string FontFor(const std::string& locale);
 
-// The letters that some font has.
-Letters InstalledLetters();
+// Returns the characters that at least one installed font has.
+Characters InstalledCharacters();
 
 #endif

@@ -1,5 +1,5 @@
-// menu_screen plays the settings application on a television: it loads the provider and shows the
-// keyboard page, driven by the keys of a remote control.
+// menu_screen acts as the settings application on a television: it loads the provider and shows the
+// keyboard page, which the keys of a remote control change.
 
 #include <cstdio>
 #include <optional>
@@ -16,6 +16,7 @@
 #include "host_options.h"
 #include "platform_setup.h"
 #include "program.h"
+#include "temporary.h"
 #include "text_check.h"
 #include "ui_language.h"
 
@@ -27,46 +28,50 @@ struct Options : HostOptions {
   bool check = false;
 };
 
+std::string CheckPictureName(const std::string& file) {
+  return file.ends_with(".png") ? "" : "the file name must end in .png";
+}
+
 bool ParseCommandLine(int argc, const char* const* argv, Options& options) {
   CLI::App app(
-      "Shows the keyboard settings page as on a television. Keys: Up, Down, Return, Escape.",
+      "Shows the keyboard settings page as on a television.\n"
+      "Keys: Up, Down, Return, Escape.",
       "menu_screen");
   AddHostOptions(app, MENU_SCREEN_VERSION, options);
   CLI::Option* picture =
-      app.add_option("--picture", options.picture, "draw the page into a file, without a display")
-          ->check([](const std::string& file) {
-            return file.ends_with(".png") ? "" : "the file's name has to end in .png";
-          })
+      app.add_option("--picture", options.picture, "draw the page into a file; needs no display")
+          ->check(CheckPictureName)
           ->type_name("FILE.png");
-  CLI::Option* open = AddSetting(app, "--open", "the list that is open at first: language or type",
+  CLI::Option* open = AddSetting(app, "--open", "the list to open first: language or type",
                                  [&options](SettingId id) { options.open = id; })
                           ->type_name("SETTING");
   app.add_subcommand("check",
-                     "measure each text in each language: what is too wide or too high\n"
-                     "for its place, and what no installed font has the letters of;\n"
-                     "exits with 1 if any is")
+                     "measure each text in each language; fail if a text is\n"
+                     "too wide or too high for its place, or if no installed\n"
+                     "font has its characters")
       ->excludes(picture)
       ->excludes(open)
       ->callback([&options] { options.check = true; });
   return Parse(app, argc, argv);
 }
 
-void Check(const std::string& plugin, const std::string& layout) {
+void Check(const Sources& sources, const std::string& layout) {
   const TemporaryRegistry registry;
-  const Provider provider(plugin);
+  const Provider provider(sources.plugin);
+  KeyboardPage page(provider);
   Canvas canvas(Target::kBuffer, layout);
-  const std::vector<Finding> findings = CheckTexts(KeyboardPage(provider), canvas);
+  const std::vector<Finding> findings = CheckTexts(page, canvas);
   for (const Finding& finding : findings) {
     std::printf("%s\n", Line(finding).c_str());
   }
   ThrowIfAny(findings);
 }
 
-void Show(const Options& options, const std::string& plugin, const std::string& layout) {
-  UseRegistry(options.registry);
-  const Provider provider(plugin);
+void Show(const Options& options, const Sources& sources, const std::string& layout) {
+  UseRegistry(sources.registry);
+  const Provider provider(sources.plugin);
   CheckCatalogue(options.ui_language);
-  const KeyboardPage page(provider);
+  KeyboardPage page(provider);
   PageState state(page);
   if (options.open) {
     state.Focus(*options.open);
@@ -74,17 +79,10 @@ void Show(const Options& options, const std::string& plugin, const std::string& 
   }
   Canvas canvas(options.picture.empty() ? Target::kWindow : Target::kBuffer, layout);
   canvas.SetLanguage(options.ui_language);
-  canvas.Show(state);
+  canvas.Control(state);
   if (!options.picture.empty()) {
     return canvas.SavePicture(options.picture);
   }
-  canvas.OnKey([&](RemoteKey key) {
-    state.Press(key);
-    canvas.Show(state);
-    if (state.is_left()) {
-      Canvas::Leave();
-    }
-  });
   Canvas::Run();
 }
 
@@ -98,6 +96,6 @@ int main(int argc, char** argv) {
     }
     const Sources sources = SetUpHost(options);
     const std::string layout = OwnFile(MENU_SCREEN_LAYOUT);
-    options.check ? Check(sources.plugin, layout) : Show(options, sources.plugin, layout);
+    options.check ? Check(sources, layout) : Show(options, sources, layout);
   });
 }

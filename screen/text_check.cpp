@@ -9,25 +9,26 @@
 #include <glib.h>
 
 #include "fonts.h"
+#include "text.h"
 #include "ui_language.h"
 
 namespace {
 
 class TextCheck {
  public:
-  TextCheck(const KeyboardPage& page, Canvas& canvas)
-      : m_page(page), m_canvas(canvas), m_types(page.ReadAllTypes()) {}
+  TextCheck(KeyboardPage& page, Canvas& canvas)
+      : m_page(page), m_canvas(canvas), m_types(page.StoreEachLanguageToReadTypes()) {}
 
   std::vector<Finding> Run() {
-    for (const Choice& language : m_page.ReadChoicesIfAny(SettingId::kLanguage)) {
+    for (const Choice& language : m_page.ReadSetting(SettingId::kLanguage).choices) {
       CheckInterface(language.value);
     }
     if (m_types.empty()) {
       m_findings.push_back({"page", "type list", "has no choices in any language",
-                            "correct the configuration, or install it anew"});
+                            "fix the configuration, or install it again"});
     }
-    if (!m_canvas.has_picture()) {
-      m_findings.push_back({"page", "help picture", "cannot be shown", "install it anew"});
+    if (!m_canvas.has_help_image()) {
+      m_findings.push_back({"page", "help image", "cannot be shown", "install it again"});
     }
     return std::move(m_findings);
   }
@@ -37,26 +38,29 @@ class TextCheck {
     m_where = "interface " + language;
     UseUiLanguage(language);
     m_canvas.SetLanguage(language);
-    m_canvas.Show(PageState(m_page));
-    const std::vector<Place> names = {{m_canvas.Nested("language"), "name"},
-                                      {m_canvas.page(), "list.title"}};
-    const std::vector<Place> values = {{m_canvas.Nested("language"), "value"},
-                                       {m_canvas.Nested("choice.0"), "text"}};
-    CheckText(m_page.ReadHead().title, {{m_canvas.page(), "title"}});
-    for (const SettingId id : {SettingId::kLanguage, SettingId::kType}) {
-      const Setting setting = m_page.ReadSetting(id);
-      CheckText(setting.name, names);
+    const PageState state(m_page);
+    m_canvas.Show(state);
+    CheckText(state.head().title, {{m_canvas.page(), "title"}});
+    for (const SettingId id : kSettingIds) {
+      const Setting& setting = state.row(id).setting;
+      CheckText(setting.name,
+                {{m_canvas.Nested("language"), "name"}, {m_canvas.page(), "list.title"}});
       CheckHelp(setting.help);
     }
-    for (const Choice& each : m_page.ReadChoicesIfAny(SettingId::kLanguage)) {
-      CheckText(each.text, values);
+    for (const Choice& choice : state.row(SettingId::kLanguage).setting.choices) {
+      CheckChoice(choice.text);
     }
-    for (const auto& [id, type] : m_types) {
-      CheckText(type.text, values);
+    for (const auto& [id, text] : m_types) {
+      CheckChoice(text);
     }
   }
 
-  // What is wrong with a text in one language is not said again of the same text in another one.
+  void CheckChoice(const std::string& text) {
+    CheckText(text,
+              {{m_canvas.Nested("language"), "value"}, {m_canvas.Nested("choice.0"), "text"}});
+  }
+
+  // The same problem of the same text in another interface language is not reported again.
   void Add(const std::string& text, const char* kind, const std::string& problem,
            const std::string& remedy) {
     if (m_reported.insert(text + kind).second) {
@@ -68,14 +72,14 @@ class TextCheck {
                  int room) {
     if (size > room) {
       Add(text, place.part,
-          "is " + std::to_string(size) + " px " + direction + " as '" + place.part + "', where " +
-              std::to_string(room) + " fit",
+          "is " + std::to_string(size) + " px " + direction + " in '" + place.part +
+              "', which has room for " + std::to_string(room),
           "shorten it");
     }
   }
 
   void CheckText(const std::string& text, const std::vector<Place>& places) {
-    CheckLetters(text);
+    CheckCharacters(text);
     for (const Place& place : places) {
       int room = 0;
       edje_object_part_geometry_get(place.object, place.part, nullptr, nullptr, &room, nullptr);
@@ -84,7 +88,7 @@ class TextCheck {
   }
 
   void CheckHelp(const std::string& text) {
-    CheckLetters(text);
+    CheckCharacters(text);
     const Place place = m_canvas.help_text();
     m_canvas.ShowHelpText(text);
     edje_object_calc_force(place.object);
@@ -96,21 +100,21 @@ class TextCheck {
     CheckSize(text, place, "high", height, room);
   }
 
-  void CheckLetters(const std::string& text) {
+  void CheckCharacters(const std::string& text) {
     if (g_utf8_validate(text.c_str(), -1, nullptr) == FALSE) {
-      return Add(text, "letters", "is not UTF-8", "correct it");
+      return Add(text, "characters", "is not UTF-8", "fix it");
     }
     std::string missing;
     for (const char* at = text.c_str(); *at != '\0'; at = g_utf8_next_char(at)) {
-      const gunichar letter = g_utf8_get_char(at);
-      const GUnicodeType type = g_unichar_type(letter);
+      const gunichar character = g_utf8_get_char(at);
+      const GUnicodeType type = g_unichar_type(character);
       const bool is_drawn = type != G_UNICODE_FORMAT && type != G_UNICODE_SPACE_SEPARATOR;
-      if (is_drawn && FcCharSetHasChar(m_letters.get(), letter) == FcFalse) {
+      if (is_drawn && FcCharSetHasChar(m_characters.get(), character) == FcFalse) {
         missing.append(" ").append(at, static_cast<std::size_t>(g_utf8_next_char(at) - at));
       }
     }
     if (!missing.empty()) {
-      Add(text, "letters", "has letters that no installed font has:" + missing,
+      Add(text, "characters", "has characters that no installed font has:" + missing,
           "install a font for them");
     }
   }
@@ -129,10 +133,10 @@ class TextCheck {
     return width;
   }
 
-  const KeyboardPage& m_page;
+  KeyboardPage& m_page;
   Canvas& m_canvas;
-  Letters m_letters = InstalledLetters();
-  std::map<std::string, Choice> m_types;
+  Characters m_characters = InstalledCharacters();
+  std::map<std::string, std::string> m_types;  // texts by type id
   std::string m_where;
   std::set<std::string> m_reported;
   std::vector<Finding> m_findings;
@@ -140,6 +144,6 @@ class TextCheck {
 
 }  // namespace
 
-std::vector<Finding> CheckTexts(const KeyboardPage& page, Canvas& canvas) {
+std::vector<Finding> CheckTexts(KeyboardPage& page, Canvas& canvas) {
   return TextCheck(page, canvas).Run();
 }

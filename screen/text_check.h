@@ -1,4 +1,4 @@
-// Each text of the page measured where it stands, in each language of the device.
+// Measures each text of the page at its place on the screen, in each language of the device.
 #ifndef SCREEN_TEXT_CHECK_H
 #define SCREEN_TEXT_CHECK_H
 
@@ -8,7 +8,7 @@
 #include "KeyboardPage.h"
 #include "finding.h"
 
-// Stores each language in the registry in use, and leaves the interface in another one.
-std::vector<Finding> CheckTexts(const KeyboardPage& page, Canvas& canvas);
+// Stores each language, so use a TemporaryRegistry. Changes the interface language.
+std::vector<Finding> CheckTexts(KeyboardPage& page, Canvas& canvas);
 
 #endif

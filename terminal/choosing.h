@@ -1,22 +1,22 @@
-// What the user chose, found among the choices and held against what the provider made of it.
+// Finds the user's choice in the list and checks that the provider stored it.
 #ifndef TERMINAL_CHOOSING_H
 #define TERMINAL_CHOOSING_H
 
 #include <string>
-#include <vector>
 
 #include "KeyboardPage.h"
 
-// Throws HostError, with the reason, if there is no list.
-std::vector<Choice> ReadChoices(const KeyboardPage& page, SettingId id);
+// Throws HostError with the reason if the provider returned no list of choices.
+void CheckHasList(const Setting& setting);
 
-// The value of the choice that `word` names: its value, or for a type the part behind the language
-// that is stored. Throws HostError, with what may have been meant, if there is none.
-std::string FindChoice(const KeyboardPage& page, SettingId id, const std::string& word);
+// Returns the value of the choice that `word` names. `word` is the full value or, for a type, only
+// the type id. Throws HostError if there is no such choice; the message suggests similar ones.
+std::string FindChoice(const Setting& setting, const std::string& word);
 
-// Holds what is stored now against `value`, which was handed to the provider: its answer does not
-// tell. Throws HostError if it stored nothing or something else; for a language that is none of the
-// choices (`forced`), the other language that stands in for it is only said.
+// Checks that the provider stored `value` for the setting `id`, because the result of set_string
+// does not say so. `language` and `type` are the settings after the call. Throws HostError if it
+// stored nothing, another value, or a language without its type. Only prints a warning if it
+// replaced a language that was `forced`, which need not be one of the choices.
 void CheckStored(const Setting& language, const Setting& type, SettingId id,
                  const std::string& value, bool forced);
 

@@ -1,4 +1,4 @@
-// What menu_host was asked to do.
+// The command line of menu_host.
 #ifndef TERMINAL_COMMAND_LINE_H
 #define TERMINAL_COMMAND_LINE_H
 
@@ -13,13 +13,13 @@ struct Options : HostOptions {
   bool json = false;
 
   Command command = Command::kPage;
-  SettingId setting = SettingId::kLanguage;
-  std::string value;
+  SettingId setting = SettingId::kLanguage;  // of list, get and set
+  std::string value;                         // of set
   bool force = false;
 };
 
-// Returns whether there is anything left to do: not when the help or the version was asked for, and
-// shown. Throws UsageError for what cannot be understood.
+// Fills `options`. Returns false if the help or the version was printed, and nothing else is to be
+// done. Throws UsageError if an argument is unknown, missing or invalid.
 bool ParseCommandLine(int argc, const char* const* argv, Options& options);
 
 #endif

@@ -11,14 +11,14 @@ using Json = nlohmann::ordered_json;
 Json OrNull(const std::optional<std::string>& text) { return text ? Json(*text) : Json(); }
 
 Json Document(const Setting& setting) {
-  return {{"key", setting.key},
+  return {{"key", KeyOf(setting.id)},
           {"name", setting.name},
           {"help", setting.help},
           {"value", OrNull(setting.value)},
-          {"text", OrNull(setting.text)}};
+          {"text", OrNull(setting.CurrentText())}};
 }
 
-// JSON is UTF-8; a text that the provider cut may end within a character.
+// The provider may have cut a text in the middle of a UTF-8 character, which JSON does not allow.
 void Print(const Json& document) {
   const std::string text = document.dump(2, ' ', false, Json::error_handler_t::replace);
   std::printf("%s\n", text.c_str());
@@ -34,9 +34,9 @@ class JsonReport : public Report {
            {"type", Document(type)}});
   }
 
-  void Choices(const std::vector<Choice>& choices, const Setting& setting) override {
+  void Choices(const Setting& setting) override {
     Json listed = Json::array();
-    for (const Choice& choice : choices) {
+    for (const Choice& choice : setting.choices) {
       listed.push_back({{"value", choice.value},
                         {"text", choice.text},
                         {"current", choice.value == setting.value}});

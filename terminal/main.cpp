@@ -1,7 +1,6 @@
-// menu_host plays the settings application: it loads the provider, asks it for the keyboard page,
-// and hands back what the user chose.
+// menu_host acts as the settings application in a terminal: it loads the provider, shows the
+// keyboard page, and stores the user's choices.
 
-#include <array>
 #include <memory>
 #include <string>
 #include <vector>
@@ -15,20 +14,26 @@
 #include "platform_setup.h"
 #include "profile_check.h"
 #include "program.h"
-#include "provider_info.h"
 #include "registry_admin.h"
 #include "report.h"
+#include "temporary.h"
 #include "ui_language.h"
 
 namespace {
 
-constexpr std::array kSettingKeys = {DATA_PROVIDER_LANGUAGE, DATA_PROVIDER_TYPE};
-
-// The provider answers as if nothing were stored when the registry cannot be read.
+// A provider answers as if nothing were stored if the registry cannot be read.
 void CheckRegistry() {
-  for (const char* key : kSettingKeys) {
-    CheckReadable(key);
+  for (const SettingId id : kSettingIds) {
+    if (const std::optional<std::string> reason = WhyUnreadable(KeyOf(id))) {
+      throw HostError(*reason);
+    }
   }
+}
+
+void List(const KeyboardPage& page, const Options& options, Report& report) {
+  const Setting setting = page.ReadSetting(options.setting);
+  CheckHasList(setting);
+  report.Choices(setting);
 }
 
 void Get(const KeyboardPage& page, const Options& options, Report& report) {
@@ -39,9 +44,9 @@ void Get(const KeyboardPage& page, const Options& options, Report& report) {
   }
 }
 
-void Set(const KeyboardPage& page, const Options& options, Report& report) {
+void Set(KeyboardPage& page, const Options& options, Report& report) {
   const std::string value =
-      options.force ? options.value : FindChoice(page, options.setting, options.value);
+      options.force ? options.value : FindChoice(page.ReadSetting(options.setting), options.value);
   page.Store(options.setting, value);
   const Setting language = page.ReadSetting(SettingId::kLanguage);
   const Setting type = page.ReadSetting(SettingId::kType);
@@ -50,46 +55,52 @@ void Set(const KeyboardPage& page, const Options& options, Report& report) {
 }
 
 void Reset(const KeyboardPage& page, Report& report) {
-  for (const char* key : kSettingKeys) {
-    Forget(key);
+  for (const SettingId id : kSettingIds) {
+    RemoveKey(KeyOf(id));
   }
   report.Stored(page.ReadSetting(SettingId::kLanguage), page.ReadSetting(SettingId::kType));
 }
 
 void ShowPage(const KeyboardPage& page, Report& report) {
-  const PageHead head = page.ReadHead();
-  const Setting language = page.ReadSetting(SettingId::kLanguage);
-  const Setting type = page.ReadSetting(SettingId::kType);
-  report.Page(head, language, type);
+  report.Page(page.ReadHead(), page.ReadSetting(SettingId::kLanguage),
+              page.ReadSetting(SettingId::kType));
 }
 
-std::vector<Finding> FindAll(const std::string& plugin, const std::string& profile) {
+ProviderInfo ReadProviderInfo(const std::string& plugin) {
   const TemporaryRegistry registry;
-  // First, as the check of the profile leaves another in use.
-  const std::vector<Finding> on_page = CheckPage(KeyboardPage(Provider(plugin)));
-  std::vector<Finding> findings = CheckProfile(profile, plugin);
-  findings.insert(findings.end(), on_page.begin(), on_page.end());
-  return findings;
+  const Provider provider(plugin);
+  KeyboardPage page(provider);
+  return {provider.ModuleInfo(DATA_PROVIDER_OWNER).value_or(""),
+          provider.ModuleInfo(DATA_PROVIDER_MAIN_COMPONENT).value_or(""),
+          provider.ModuleInfo(DATA_PROVIDER_SUB_COMPONENT).value_or(""),
+          page.ReadHead().help_image,
+          page.ReadSetting(SettingId::kLanguage).choices.size(),
+          page.StoreEachLanguageToReadTypes().size()};
 }
 
-void Check(const std::string& plugin, const std::string& profile, Report& report) {
-  const std::vector<Finding> findings = FindAll(plugin, profile);
+void Check(const Sources& sources, Report& report) {
+  const TemporaryRegistry registry;
+  std::vector<Finding> findings = CheckProfile(sources.profile, sources.plugin);
+  const Provider provider(sources.plugin);
+  KeyboardPage page(provider);
+  const std::vector<Finding> on_page = CheckPage(page);
+  findings.insert(findings.end(), on_page.begin(), on_page.end());
   report.Findings(findings);
   ThrowIfAny(findings);
 }
 
-void RunOnPage(const Options& options, const std::string& plugin, Report& report) {
-  UseRegistry(options.registry);
-  const Provider provider(plugin);
+void RunOnPage(const Options& options, const Sources& sources, Report& report) {
+  UseRegistry(sources.registry);
+  const Provider provider(sources.plugin);
   CheckCatalogue(options.ui_language);
-  const KeyboardPage page(provider);
+  KeyboardPage page(provider);
   if (options.command == Command::kReset) {
     return Reset(page, report);
   }
   CheckRegistry();
   switch (options.command) {
     case Command::kList:
-      return report.Choices(ReadChoices(page, options.setting), page.ReadSetting(options.setting));
+      return List(page, options, report);
     case Command::kGet:
       return Get(page, options, report);
     case Command::kSet:
@@ -107,11 +118,11 @@ void Run(const Options& options) {
   const Sources sources = SetUpHost(options);
   switch (options.command) {
     case Command::kCheck:
-      return Check(sources.plugin, sources.profile, *report);
+      return Check(sources, *report);
     case Command::kInfo:
       return report->Info(sources, ReadProviderInfo(sources.plugin));
     default:
-      return RunOnPage(options, sources.plugin, *report);
+      return RunOnPage(options, sources, *report);
   }
 }
 

@@ -10,18 +10,14 @@
 #include <utility>
 
 #include "platform_setup.h"
+#include "text.h"
 #include "ui_language.h"
 
 namespace {
 
 constexpr char kConfiguration[] = "/usr/share/lib-morvith-tv/res/config/hw_kbd_lang_config.json";
 
-struct Shown {
-  std::string id;  // of the message
-  std::string text;
-};
-
-// Null where the file cannot be read.
+// Null if the file cannot be read.
 std::optional<std::uintmax_t> ReadableLength(const std::string& path) {
   std::error_code error;
   const std::uintmax_t length = std::filesystem::file_size(path, error);
@@ -31,14 +27,10 @@ std::optional<std::uintmax_t> ReadableLength(const std::string& path) {
 
 class PageCheck {
  public:
-  explicit PageCheck(const KeyboardPage& page) : m_page(page) {
+  explicit PageCheck(KeyboardPage& page) : m_page(page) {
     UseUiLanguage(kNoLanguage);
-    m_ids = page.ReadTexts();
-    m_languages = m_page.ReadChoicesIfAny(SettingId::kLanguage);
-    m_known_ids.insert(m_ids.begin(), m_ids.end());
-    for (const Choice& language : m_languages) {
-      m_known_ids.insert(language.text);
-    }
+    m_ids = ReadTexts();
+    m_languages = m_page.ReadSetting(SettingId::kLanguage).choices;
   }
 
   std::vector<Finding> Run() {
@@ -46,7 +38,7 @@ class PageCheck {
     for (const Choice& language : m_languages) {
       CheckKeyboard(language.value);
     }
-    ReportWithoutTypes();
+    ReportMissingTypes();
     for (const Choice& language : m_languages) {
       CheckInterface(language.value);
     }
@@ -54,6 +46,19 @@ class PageCheck {
   }
 
  private:
+  // The texts of the page, then the names of the languages.
+  std::vector<std::string> ReadTexts() const {
+    const PageHead head = m_page.ReadHead();
+    const Setting language = m_page.ReadSetting(SettingId::kLanguage);
+    const Setting type = m_page.ReadSetting(SettingId::kType);
+    std::vector<std::string> texts = {head.title,    head.help, language.name,
+                                      language.help, type.name, type.help};
+    for (const Choice& choice : language.choices) {
+      texts.push_back(choice.text);
+    }
+    return texts;
+  }
+
   void Add(const std::string& item, const std::string& problem, const std::string& remedy) {
     m_findings.push_back({m_where, item, problem, remedy});
   }
@@ -63,7 +68,7 @@ class PageCheck {
     const std::string path = m_page.ReadHead().help_image;
     const std::optional<std::uintmax_t> length = ReadableLength(LocateFile(path));
     if (length.value_or(0) == 0) {
-      Add("help image " + Quoted(path), length ? "is empty" : "cannot be read", "install it anew");
+      Add("help image " + Quoted(path), length ? "is empty" : "cannot be read", "install it again");
     }
   }
 
@@ -72,22 +77,23 @@ class PageCheck {
     if (!CheckStored(SettingId::kLanguage, locale)) {
       return;
     }
-    const std::vector<Choice> types = m_page.ReadChoicesIfAny(SettingId::kType);
-    if (types.empty()) {
+    const Setting type = m_page.ReadSetting(SettingId::kType);
+    if (type.choices.empty()) {
       m_without_types.push_back(locale);
       return;
     }
-    CheckFirstType(types.front().value);
-    for (const Choice& type : types) {
-      CheckType(locale, type);
+    CheckFirstType(type);
+    for (const Choice& choice : type.choices) {
+      CheckType(locale, choice);
     }
   }
 
-  void ReportWithoutTypes() {
+  // A configuration without any types is one finding, not one for each language.
+  void ReportMissingTypes() {
     if (m_without_types.size() == m_languages.size()) {
       m_where = "page";
       Add("type list", "has no choices in any language",
-          "correct " + Quoted(kConfiguration) + ", or install it anew");
+          "fix " + Quoted(kConfiguration) + ", or install it again");
       return;
     }
     for (const std::string& locale : m_without_types) {
@@ -96,7 +102,7 @@ class PageCheck {
     }
   }
 
-  // Stores `value`, and returns whether it comes back as it was.
+  // Returns true if the provider stores `value` unchanged.
   bool CheckStored(SettingId id, const std::string& value) {
     m_page.Store(id, value);
     const std::optional<std::string> stored = m_page.ReadSetting(id).value;
@@ -104,29 +110,32 @@ class PageCheck {
       return true;
     }
     Add((id == SettingId::kLanguage ? "language " : "type ") + Quoted(value),
-        stored ? "comes back as " + Quoted(*stored) : "is not stored", "see what the log says");
+        stored ? "is stored as " + Quoted(*stored) : "is not stored", "see the log");
     return false;
   }
 
-  void CheckFirstType(const std::string& first) {
-    const std::string stored = m_page.ReadSetting(SettingId::kType).value.value_or("");
+  void CheckFirstType(const Setting& type) {
+    const std::string& first = type.choices.front().value;
+    const std::string stored = type.value.value_or("");
     if (stored != first) {
-      Add("type list", "begins with " + Quoted(first) + " where " + Quoted(stored) + " was stored",
-          "the two must be the same");
+      Add("type list",
+          "starts with " + Quoted(first) + ", but " + Quoted(stored) +
+              " is stored with the language",
+          "they must be the same");
     }
   }
 
   void CheckType(const std::string& locale, const Choice& type) {
     const std::string item = "type " + Quoted(type.value);
-    const std::string cut =
-        " of " + std::to_string(DATA_PROVIDER_TYPE_LENGTH) + " bytes, where a longer one is cut";
+    const std::string cut = " of " + std::to_string(DATA_PROVIDER_TYPE_LENGTH) +
+                            " bytes, the length at which it is cut";
     if (type.value.size() == DATA_PROVIDER_TYPE_LENGTH) {
       Add(item, "has a value" + cut, "shorten its id");
     }
     if (type.text.size() == DATA_PROVIDER_TYPE_LENGTH) {
       Add(item, "has a text" + cut, "shorten its display_name");
     } else if (type.value == locale + "." + type.text) {
-      Add(item, "is shown as its id", "give it a display_name");
+      Add(item, "is shown as its id", "add a display_name");
     }
     CheckStored(SettingId::kType, type.value);
   }
@@ -134,44 +143,29 @@ class PageCheck {
   void CheckInterface(const std::string& locale) {
     m_where = "interface " + locale;
     UseUiLanguage(locale);
-    const std::optional<std::string> found = FindCatalogue(locale);
-    const std::string catalogue = "the catalogue " + Quoted(found.value_or(locale));
-    const std::vector<Shown> texts = Texts();
-    if (std::ranges::none_of(texts, [this](const Shown& each) { return IsTranslated(each); })) {
-      Add("page", "is not translated at all",
-          found ? "replace " + catalogue : "add " + catalogue + ", or one of its language");
+    const std::optional<std::string> catalogue = FindCatalogue(locale);
+    const std::string remedy = catalogue ? "translate it in " + *catalogue + ".po"
+                                         : "add a catalogue for " + Quoted(locale);
+    const std::vector<std::string> texts = ReadTexts();
+    if (std::ranges::all_of(texts, [this](const std::string& text) { return IsMessageId(text); })) {
+      Add("page", "is not translated at all", remedy);
       return;
     }
-    for (const Shown& shown : texts) {
-      if (!IsTranslated(shown)) {
-        Add("text " + Quoted(shown.id), "is not translated", "add its msgstr to " + catalogue);
+    std::set<std::string> reported;  // languages may share a name
+    for (const std::string& text : texts) {
+      if (IsMessageId(text) && reported.insert(text).second) {
+        Add("text " + Quoted(text), "is not translated", remedy);
       }
     }
   }
 
-  bool IsTranslated(const Shown& shown) const { return !m_known_ids.contains(shown.text); }
-
-  // The page's texts, then the languages' names, each once though several languages may share it.
-  std::vector<Shown> Texts() const {
-    std::vector<Shown> shown;
-    const std::vector<std::string> texts = m_page.ReadTexts();
-    for (std::size_t i = 0; i < std::min(m_ids.size(), texts.size()); ++i) {
-      shown.push_back({m_ids[i], texts[i]});
-    }
-    const std::vector<Choice> choices = m_page.ReadChoicesIfAny(SettingId::kLanguage);
-    std::set<std::string> known;
-    for (std::size_t i = 0; i < std::min(m_languages.size(), choices.size()); ++i) {
-      if (known.insert(m_languages[i].text).second) {
-        shown.push_back({m_languages[i].text, choices[i].text});
-      }
-    }
-    return shown;
+  bool IsMessageId(const std::string& text) const {
+    return std::ranges::find(m_ids, text) != m_ids.end();
   }
 
-  const KeyboardPage& m_page;
-  std::vector<std::string> m_ids;   // message ids of the page's texts
-  std::vector<Choice> m_languages;  // with message ids for texts
-  std::set<std::string> m_known_ids;
+  KeyboardPage& m_page;
+  std::vector<std::string> m_ids;  // what ReadTexts() returns without a translation
+  std::vector<Choice> m_languages;
   std::vector<std::string> m_without_types;  // locales
   std::string m_where;
   std::vector<Finding> m_findings;
@@ -179,4 +173,4 @@ class PageCheck {
 
 }  // namespace
 
-std::vector<Finding> CheckPage(const KeyboardPage& page) { return PageCheck(page).Run(); }
+std::vector<Finding> CheckPage(KeyboardPage& page) { return PageCheck(page).Run(); }

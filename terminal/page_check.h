@@ -1,4 +1,4 @@
-// The whole page in every language of the device, gone through for what would trip a viewer up.
+// Checks the whole page in every language for problems that a viewer would see.
 #ifndef TERMINAL_PAGE_CHECK_H
 #define TERMINAL_PAGE_CHECK_H
 
@@ -7,8 +7,7 @@
 #include "KeyboardPage.h"
 #include "finding.h"
 
-// Stores each choice and leaves the interface in another language: to be called over a registry
-// that nobody else uses, as the last thing that is asked of the page.
-std::vector<Finding> CheckPage(const KeyboardPage& page);
+// Stores each choice, so use a TemporaryRegistry. Changes the interface language.
+std::vector<Finding> CheckPage(KeyboardPage& page);
 
 #endif

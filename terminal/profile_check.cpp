@@ -9,8 +9,10 @@
 #include <utility>
 
 #include "Provider.h"
-#include "key_file.h"
 #include "platform_setup.h"
+#include "profile.h"
+#include "temporary.h"
+#include "text.h"
 
 namespace {
 
@@ -20,7 +22,7 @@ constexpr char kBooleanGroup[] = "custom_bool";
 
 using Id = std::int32_t;
 
-// As the system-information service does.
+// Accepts what the system-information service accepts.
 std::optional<Id> ParseId(std::string_view text) {
   Id id = 0;
   const auto [stop, error] = std::from_chars(text.begin(), text.end(), id);
@@ -29,12 +31,13 @@ std::optional<Id> ParseId(std::string_view text) {
 
 std::string Group(const std::string& name) { return "[" + name + "]"; }
 
-// What the plug-in makes of a profile, of which it may keep what it has read.
+// Loads the plug-in with temporary profiles to learn what it reads from them.
 class Trials {
  public:
-  explicit Trials(std::string plugin) : m_plugin(std::move(plugin)) { UseLogLevel("none"); }
+  explicit Trials(std::string plugin) : m_plugin(std::move(plugin)) {}
 
-  // Listed twice, a language that is known makes two: where none is, there is one all the same.
+  // A known language that is listed twice yields two entries; an unknown one yields only the
+  // fallback.
   bool KnowsLanguage(Id id) const {
     const std::string text = std::to_string(id);
     const TemporaryProfile profile(Group(kDeviceGroup) + "\n" + kLanguageKey + "=" + text + ";" +
@@ -54,12 +57,13 @@ class Trials {
   }
 
   std::string m_plugin;
+  ScopedVariable m_log_level{kLogVariable, "none"};
 };
 
 class ProfileCheck {
  public:
   ProfileCheck(const std::string& profile, const std::string& plugin)
-      : m_profile(LoadKeyFile(profile)), m_trials(plugin), m_where("profile " + profile) {}
+      : m_profile(LoadProfile(profile)), m_trials(plugin), m_where("profile " + profile) {}
 
   std::vector<Finding> Run() {
     CheckGroups();
@@ -68,8 +72,8 @@ class ProfileCheck {
       CheckLanguages();
       CheckBooleans();
     } catch (const HostError& error) {
-      Add("[device] and [custom_bool]", std::string("cannot be tried: ") + error.what(),
-          "mend that, then check again");
+      Add("[device] and [custom_bool]", std::string("cannot be checked: ") + error.what(),
+          "fix this, then check again");
     }
     return std::move(m_findings);
   }
@@ -85,8 +89,9 @@ class ProfileCheck {
     for (gsize i = 0; i < count; ++i) {
       const std::string group = groups[i];
       if (group != kDeviceGroup && group != kBooleanGroup) {
-        Add(Group(group), "means nothing",
-            "the groups are " + Group(kDeviceGroup) + " and " + Group(kBooleanGroup));
+        Add(Group(group), "is unknown",
+            "rename it to " + Group(kDeviceGroup) + " or " + Group(kBooleanGroup) +
+                ", or remove it");
       }
     }
   }
@@ -94,8 +99,8 @@ class ProfileCheck {
   void CheckDeviceKeys() {
     for (const std::string& key : KeysOf(kDeviceGroup)) {
       if (key != kLanguageKey) {
-        Add(Group(kDeviceGroup) + " " + key, "means nothing",
-            std::string("the key of this group is ") + kLanguageKey);
+        Add(Group(kDeviceGroup) + " " + key, "is unknown",
+            std::string("rename it to ") + kLanguageKey + ", or remove it");
       }
     }
   }
@@ -108,8 +113,8 @@ class ProfileCheck {
     if (count == 0) {
       const bool is_there =
           g_key_file_has_key(m_profile.get(), kDeviceGroup, kLanguageKey, nullptr) != FALSE;
-      Add(item, is_there ? "has nothing that can be read" : "is missing",
-          "list the numbers of the device's languages");
+      Add(item, is_there ? "has no readable entry" : "is missing",
+          "list the language ids of the device");
     }
     std::set<Id> listed;
     for (gsize i = 0; i < count; ++i) {
@@ -121,11 +126,11 @@ class ProfileCheck {
 
   void CheckLanguage(const std::string& item, std::optional<Id> id, std::set<Id>& listed) {
     if (!id) {
-      Add(item, "is no 32-bit integer", "give the number of a language, or remove it");
+      Add(item, "is not a 32-bit integer", "fix or remove it");
     } else if (!listed.insert(*id).second) {
-      Add(item, "is listed already", "remove it");
+      Add(item, "is a duplicate", "remove it");
     } else if (!m_trials.KnowsLanguage(*id)) {
-      Add(item, "is no language that the library knows", "correct its number, or remove it");
+      Add(item, "is an unknown language id", "fix or remove it");
     }
   }
 
@@ -133,17 +138,17 @@ class ProfileCheck {
     for (const std::string& name : KeysOf(kBooleanGroup)) {
       const std::string item = Group(kBooleanGroup) + " " + name;
       if (!m_trials.ReadsBoolean(name)) {
-        Add(item, "changes nothing on the page", "correct its name, or remove it");
+        Add(item, "changes nothing on the page", "fix its name, or remove it");
       }
       g_autoptr(GError) error = nullptr;
       g_key_file_get_boolean(m_profile.get(), kBooleanGroup, name.c_str(), &error);
       if (error != nullptr) {
-        Add(item, "is no boolean", "write true or false");
+        Add(item, "is not a boolean", "write true or false");
       }
     }
   }
 
-  // None for a group that is not there.
+  // Returns nothing if there is no such group.
   std::vector<std::string> KeysOf(const char* group) const {
     gsize count = 0;
     g_auto(GStrv) keys = g_key_file_get_keys(m_profile.get(), group, &count, nullptr);

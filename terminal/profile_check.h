@@ -1,4 +1,4 @@
-// A device profile, gone through for what is not on the page although it was meant to be.
+// Checks a device profile for entries that have no effect on the page.
 #ifndef TERMINAL_PROFILE_CHECK_H
 #define TERMINAL_PROFILE_CHECK_H
 
@@ -7,9 +7,10 @@
 
 #include "finding.h"
 
-// Tries with temporary profiles what `plugin` knows, which must not be loaded yet, and logs nothing
-// of it: to be called when the profile and the log are no longer needed. That it cannot be
-// asked is a finding. Throws HostError if there is no key file `profile`.
+// Checks the profile at the path `profile`. Loads `plugin` with temporary profiles to learn what it
+// reads from them. The plug-in reads the languages once, so it must not be loaded yet. Nothing is
+// logged meanwhile. A plug-in that cannot be loaded is a finding. Throws HostError if the profile
+// cannot be read.
 std::vector<Finding> CheckProfile(const std::string& profile, const std::string& plugin);
 
 #endif

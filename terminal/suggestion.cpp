@@ -7,19 +7,19 @@
 
 #include <glib.h>
 
-#include "terminal_text.h"
+#include "text.h"
 
 namespace {
 
-constexpr std::size_t kMost = 6;
-constexpr std::size_t kFarthest = 2;
+constexpr std::size_t kMaxSuggestions = 6;
+constexpr std::size_t kMaxDistance = 2;
 
 std::string Folded(const std::string& text) {
   g_autofree gchar* folded = g_utf8_casefold(Printable(text).c_str(), -1);
   return folded;
 }
 
-// How many bytes have to be put in, taken out or replaced (Levenshtein), whatever their case.
+// Levenshtein distance in bytes, regardless of case.
 std::size_t Distance(const std::string& one, const std::string& other) {
   const std::string to = Folded(other);
   std::vector<std::size_t> row(to.size() + 1);
@@ -43,7 +43,7 @@ std::vector<std::string> ValuesWhere(const std::vector<Choice>& choices,
       values.push_back(choice.value);
     }
   }
-  return values.size() <= kMost ? values : std::vector<std::string>();
+  return values.size() <= kMaxSuggestions ? values : std::vector<std::string>();
 }
 
 }  // namespace
@@ -58,10 +58,10 @@ std::vector<std::string> Suggest(const std::string& word, const std::vector<Choi
     return matching;
   }
   const auto distance = [&](const Choice& choice) {
-    return std::min({Distance(wanted, choice.value), Distance(wanted, TypeOf(choice.value)),
+    return std::min({Distance(wanted, choice.value), Distance(wanted, TypeIdOf(choice.value)),
                      Distance(wanted, choice.text)});
   };
-  std::size_t closest = kFarthest;
+  std::size_t closest = kMaxDistance;
   for (const Choice& choice : choices) {
     closest = std::min(closest, distance(choice));
   }

@@ -1,4 +1,4 @@
-// What was meant by a value that is none of the choices.
+// Suggests choices for a misspelt value.
 #ifndef TERMINAL_SUGGESTION_H
 #define TERMINAL_SUGGESTION_H
 
@@ -7,9 +7,9 @@
 
 #include "KeyboardPage.h"
 
-// The values of the choices that `word` may mean, in the order of the list: those that have its
-// words ("ko", "ko-KR", "korean"), or else those that it is closest to ("kr_KR", "koraen"). None
-// when it says too little to tell a few from the rest.
+// Returns the values of the choices that are similar to `word`, in the order of the list. These are
+// the choices that contain its words ("ko", "ko-KR", "korean"), or else the choices with the
+// fewest different letters ("kr_KR", "koraen"). Returns nothing if too many choices are similar.
 std::vector<std::string> Suggest(const std::string& word, const std::vector<Choice>& choices);
 
 #endif

@@ -1,14 +1,59 @@
 #include <algorithm>
 #include <cstdio>
 
+#include <glib.h>
+
 #include "report.h"
-#include "terminal_text.h"
+#include "text.h"
 
 namespace {
 
 using Row = std::vector<std::string>;
 
-void Print(const std::string& line) { std::printf("%s\n", line.c_str()); }
+constexpr std::size_t kGap = 2;  // columns
+
+// Wide characters take two columns of the terminal, combining characters none.
+std::size_t Width(const std::string& text) {
+  const std::string printable = Printable(text);
+  std::size_t width = 0;
+  for (const gchar* at = printable.c_str(); *at != '\0'; at = g_utf8_next_char(at)) {
+    const gunichar character = g_utf8_get_char(at);
+    if (g_unichar_iszerowidth(character) == FALSE) {
+      width += g_unichar_iswide(character) != FALSE ? 2 : 1;
+    }
+  }
+  return width;
+}
+
+std::vector<std::size_t> ColumnWidths(const std::vector<Row>& rows) {
+  std::vector<std::size_t> widths;
+  for (const Row& row : rows) {
+    widths.resize(std::max(widths.size(), row.size()));
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      widths[i] = std::max(widths[i], Width(row[i]));
+    }
+  }
+  return widths;
+}
+
+// Each column is as wide as its widest cell. The last cell of a row is not padded.
+std::vector<std::string> AlignColumns(const std::vector<Row>& rows) {
+  const std::vector<std::size_t> widths = ColumnWidths(rows);
+  std::vector<std::string> lines;
+  for (const Row& row : rows) {
+    std::string line;
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      line += row[i];
+      if (i + 1 < row.size()) {
+        line.append(widths[i] - Width(row[i]) + kGap, ' ');
+      }
+    }
+    lines.push_back(line);
+  }
+  return lines;
+}
+
+void Print(const std::string& line) { std::printf("%s\n", Printable(line).c_str()); }
 
 void PrintColumns(const std::vector<Row>& rows) {
   for (const std::string& line : AlignColumns(rows)) {
@@ -17,43 +62,41 @@ void PrintColumns(const std::vector<Row>& rows) {
 }
 
 Row SettingRow(const Setting& setting) {
-  const std::string name = Printable(setting.name);
   if (!setting.value) {
-    return {name, "(not set)"};
+    return {setting.name, "(not set)"};
   }
-  return {name, setting.text ? Printable(*setting.text) : "(none of the choices)",
-          Printable(*setting.value)};
+  return {setting.name, setting.CurrentText().value_or("(not one of the choices)"), *setting.value};
 }
 
 class TextReport : public Report {
  public:
   void Page(const PageHead& head, const Setting& language, const Setting& type) override {
-    Print(Printable(head.title));
-    Print("  " + Printable(head.help));
-    Print("  " + Printable(head.help_image));
+    Print(head.title);
+    Print("  " + head.help);
+    Print("  " + head.help_image);
     Print("");
     const std::vector<std::string> lines = AlignColumns({SettingRow(language), SettingRow(type)});
     Print(lines[0]);
-    Print("  " + Printable(language.help));
+    Print("  " + language.help);
     Print(lines[1]);
-    Print("  " + Printable(type.help));
+    Print("  " + type.help);
   }
 
-  void Choices(const std::vector<Choice>& choices, const Setting& setting) override {
+  void Choices(const Setting& setting) override {
     std::vector<Row> rows;
-    for (const Choice& choice : choices) {
+    for (const Choice& choice : setting.choices) {
       const char* mark = choice.value == setting.value ? "* " : "  ";
-      rows.push_back({mark + Printable(choice.text), Printable(choice.value)});
+      rows.push_back({mark + choice.text, choice.value});
     }
     PrintColumns(rows);
-    if (setting.value && !setting.text) {
-      Print("stored: '" + Printable(*setting.value) + "', none of the choices");
+    if (setting.value && !setting.current) {
+      Print("stored: " + Quoted(*setting.value) + ", not one of the choices");
     }
   }
 
   void Value(const Setting& setting) override {
     if (setting.value) {
-      Print(Printable(*setting.value));
+      Print(*setting.value);
     }
   }
 
@@ -62,27 +105,27 @@ class TextReport : public Report {
   }
 
   void Info(const Sources& sources, const ProviderInfo& info) override {
-    PrintColumns({{"plug-in", Printable(sources.plugin)},
-                  {"root", Printable(sources.root)},
-                  {"device profile", Printable(sources.profile)},
-                  {"registry", Printable(sources.registry)},
-                  {"owner", Printable(info.owner)},
-                  {"main component", Printable(info.main_component)},
-                  {"sub component", Printable(info.sub_component)},
+    PrintColumns({{"plug-in", sources.plugin},
+                  {"root", sources.root},
+                  {"device profile", sources.profile},
+                  {"registry", sources.registry},
+                  {"owner", info.owner},
+                  {"main component", info.main_component},
+                  {"sub component", info.sub_component},
                   {"languages", std::to_string(info.languages)},
                   {"keyboard types", std::to_string(info.types)},
-                  {"help picture", Printable(info.help_image)}});
+                  {"help image", info.help_image}});
   }
 
   void Devices(const std::vector<DeviceProfile>& profiles, const std::string& in_use) override {
     std::vector<Row> rows;
     for (const DeviceProfile& profile : profiles) {
       const char* mark = profile.path == in_use ? "* " : "  ";
-      rows.push_back({mark + Printable(profile.name), Printable(profile.path)});
+      rows.push_back({mark + profile.name, profile.path});
     }
     PrintColumns(rows);
     if (std::ranges::find(profiles, in_use, &DeviceProfile::path) == profiles.end()) {
-      Print("in use: " + Printable(in_use));
+      Print("in use: " + in_use);
     }
   }
 

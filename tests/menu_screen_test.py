@@ -1,4 +1,4 @@
-"""menu_screen as a person uses it: the check, a picture, and a window that keys are pressed in."""
+"""menu_screen as users run it: its check, a picture, and a window with keys pressed."""
 
 import json
 import os
@@ -27,9 +27,9 @@ class MenuScreenTest(unittest.TestCase):
         self.assertEqual(done.returncode, status, done)
         return done
 
-    def test_check_is_silent_over_what_ships_and_finds_what_is_wrong(self):
+    def test_check_finds_nothing_in_installed_files_and_finds_faults_of_an_image(self):
         self.assertEqual(self.screen("check").stdout, "")
-        self.assertEqual(list(self.folder.iterdir()), [])  # in a registry of its own
+        self.assertEqual(list(self.folder.iterdir()), [])  # uses a temporary registry
         shutil.copytree(ROOT / RESOURCES, self.folder / RESOURCES)
         (self.folder / RESOURCES / CONFIG).write_text(json.dumps({
             "keyboard_name_map": [{"name": key, "display_name": NAMES[key]} for key in NAMES],
@@ -44,12 +44,12 @@ class MenuScreenTest(unittest.TestCase):
             f'msgid "COM_SID_SETTINGS_GNP_CEJUL_SET_KEYBOARD_LANGUAGE"\nmsgstr "{text * 12}"\n'))
         done = self.screen("check", "--root", self.folder, "--device", profile, status=1)
         found = done.stdout.splitlines()
-        for words in (f"text '{text * 12}' is ", f"text '{NAMES['long']}' is ", " px wide as 'text'",
-                      f"text '{NAMES['odd']}' has letters that no installed font has: \U0001FAE8;"):
+        for words in (f"text '{text * 12}' is ", f"text '{NAMES['long']}' is ", " px wide in 'text'",
+                      f"text '{NAMES['odd']}' has characters that no installed font has: \U0001FAE8;"):
             self.assertTrue(any(words in line for line in found), (words, found))
         self.assertNotIn("'Good'", done.stdout)
 
-    def test_draws_pictures_and_says_that_a_window_has_no_display(self):
+    def test_draws_pictures_without_a_display(self):
         drawn = {}
         for opened in ("language", "type"):
             picture = self.folder / f"{opened}.png"
@@ -62,8 +62,8 @@ class MenuScreenTest(unittest.TestCase):
         self.assertIn("cannot write the picture",
                       self.screen("--picture", "/nowhere/page.png", status=1).stderr)
 
-    @unittest.skipUnless(shutil.which("Xvfb") and shutil.which("xdotool"), "there is no Xvfb")
-    def test_stores_what_is_chosen_in_a_window_and_leaves(self):
+    @unittest.skipUnless(shutil.which("Xvfb") and shutil.which("xdotool"), "Xvfb or xdotool is missing")
+    def test_stores_a_choice_in_a_window_and_closes(self):
         read, write = os.pipe()
         server = subprocess.Popen(["Xvfb", "-displayfd", str(write)], pass_fds=[write],
                                   stderr=subprocess.DEVNULL)

@@ -1,7 +1,4 @@
-// The page on a screen: what the keys of a remote control make of it, and what the parts of a
-// canvas without a window show then.
-
-#include <cstdlib>
+// The page on a screen: the keys of a remote control, and what a canvas without a window shows.
 #include <filesystem>
 #include <map>
 #include <string>
@@ -9,226 +6,109 @@
 #include <gtest/gtest.h>
 
 #include "Canvas.h"
-#include "KeyboardPage.h"
-#include "PageState.h"
-#include "Provider.h"
-#include "host_options.h"
-#include "platform_setup.h"
+#include "temporary.h"
+#include "ui_language.h"
 
-namespace {
+// The sign of each part of the layout that is shown or, for "~", mirrored.
+const std::map<std::string, const char*> kSigns = {
+    {"list", "open "}, {"list.above", "^"}, {"list.below", "v"},   {"list.trouble", "!"},
+    {"frame", ">"},    {"trouble", "!"},    {"mark", "*"},         {"help.trouble", "help! "},
+    {"value", "~"},    {"text", "~"},       {"list.position", "~"}};
 
-Provider Load(const std::string& ui_language, const std::string& root) {
-  HostOptions options;
-  options.ui_language = ui_language;
-  options.root = root;
-  options.device = TEST_PROFILE;
-  options.log_level = "none";
-  SetUpHost(options);
-  return Provider(TEST_PLUGIN);
-}
+const std::map<char, const char*> kKeys = {{'u', "Up"},       {'d', "Down"},   {'r', "Return"},
+                                           {'k', "KP_Enter"}, {'e', "Escape"}, {'<', "Left"},
+                                           {'>', "Right"}};
 
-// A page over a registry of its own.
-struct Page {
-  explicit Page(const std::string& ui_language = "en_US", const std::string& root = TEST_ROOT)
-      : provider(Load(ui_language, root)) {}
-
-  TemporaryRegistry registry;
-  Provider provider;
-  KeyboardPage page{provider};
-};
-
-std::string Described(const PageState& state) {
-  const auto value = [&](SettingId id) { return state.row(id).setting.value.value_or("-"); };
-  std::string text = value(SettingId::kLanguage) + " " + value(SettingId::kType);
-  text += state.focused() == SettingId::kLanguage ? " language" : " type";
-  if (state.list()) {
-    text += " " + std::to_string(state.list()->focused) + "/" +
-            std::to_string(state.list()->choices.size());
+struct Screen {
+  explicit Screen(const std::string& root) : root_variable(kRootVariable, root) {
+    canvas.Control(state);
   }
-  return text + (state.is_left() ? " left" : "");
-}
 
-const std::map<char, RemoteKey> kRemoteKeys = {{'u', RemoteKey::kUp},
-                                               {'d', RemoteKey::kDown},
-                                               {'r', RemoteKey::kReturn},
-                                               {'b', RemoteKey::kBack},
-                                               {'p', RemoteKey::kToPage}};
-
-TEST(PageState, FollowsTheRemoteControl) {
-  const Page opened;
-  PageState state(opened.page);
-  const std::pair<std::string, std::string> steps[] = {
-      {"", "- - language"},
-      {"ddd", "- - type"},
-      {"r", "- - type 0/0"},  // no language is stored
-      {"dur", "- - type"},
-      {"uprd", "- - language 1/61"},
-      {"uuuu", "- - language 0/61"},
-      {"r", "ko_KR ko_KR.kr_ibm106 language"},
-      {"rddb", "ko_KR ko_KR.kr_ibm106 language"},
-      {"rdddp", "ko_KR ko_KR.kr_ibm106 language"},
-      {"drddddd", "ko_KR ko_KR.kr_ibm106 type 2/3"},
-      {"r", "ko_KR ko_KR.us_intl_ibm103i type"},
-      {"r", "ko_KR ko_KR.us_intl_ibm103i type 2/3"},
-      {"burdr", "en_US en_US.us_ibm104 language"},
-      {"b", "en_US en_US.us_ibm104 language left"},
-  };
-  for (const auto& [keys, described] : steps) {
-    for (const char key : keys) {
-      state.Press(kRemoteKeys.at(key));
+  // Presses the keys, then compares the line. "h" holds the last key: X11 repeats it at the time
+  // of its release.
+  void Press(const std::string& keys, const std::string& line) {
+    Evas* evas = evas_object_evas_get(canvas.page());
+    for (const char letter : keys) {
+      time += letter == 'h' ? 0 : 1;
+      key = letter == 'h' ? key : kKeys.at(letter);
+      evas_event_feed_key_down(evas, key, key, nullptr, nullptr, time, nullptr);
+      evas_event_feed_key_up(evas, key, key, nullptr, nullptr, time, nullptr);
     }
-    EXPECT_EQ(Described(state), described) << keys;
-  }
-}
-
-class Screen {
- public:
-  Screen(const KeyboardPage& page, const std::string& ui_language)
-      : m_state(page), m_canvas(Target::kBuffer, TEST_LAYOUT) {
-    m_canvas.SetLanguage(ui_language);
-    m_canvas.OnKey([this](RemoteKey key) {
-      m_state.Press(key);
-      m_canvas.Show(m_state);
-    });
-    m_canvas.Show(m_state);
+    EXPECT_EQ(Line(), line) << keys;
   }
 
-  void Press(const std::string& key) {
-    evas_event_feed_key_down(evas(), key.c_str(), key.c_str(), nullptr, nullptr, ++m_time, nullptr);
+  // The rows; then the list if it is open, and its choices with the focus or the mark.
+  std::string Line() const {
+    std::string line = Described("language") + " | " + Described("type");
+    line += state.is_left() ? " | left" : state.list_focus() ? " | " + Described("") : "";
+    for (int i = 0; state.list_focus() && i < 10; ++i) {
+      const std::string choice = Described("choice." + std::to_string(i));
+      line += choice.find_first_of(">*") == 0 ? " | " + std::to_string(i) + choice : "";
+    }
+    return line;
   }
 
-  // As a key repeats that is held.
-  void Hold(const std::string& key) {
-    evas_event_feed_key_up(evas(), key.c_str(), key.c_str(), nullptr, nullptr, m_time + 1, nullptr);
-    Press(key);
+  std::string Described(const std::string& nested) const {
+    const Evas_Object* object = nested.empty() ? canvas.page() : canvas.Nested(nested);
+    std::string line;
+    for (const auto& [part, sign] : kSigns) {
+      const std::string look = edje_object_part_state_get(object, part.c_str(), nullptr);
+      line += look == "shown" || look == "mirrored" ? sign : "";
+    }
+    for (const char* part : {"value", "odd", "text", "list.position"}) {
+      const char* text = edje_object_part_text_get(object, part);
+      line += text == nullptr ? "" : text;
+    }
+    return line;
   }
 
-  void Resize(int width, int height) {
-    Ecore_Evas* window = ecore_evas_ecore_evas_get(evas());
-    ecore_evas_resize(window, width, height);
-    ecore_evas_manual_render(window);  // which tells of the size
-  }
-
-  std::string Text(const std::string& object, const char* part) const {
-    return edje_object_part_text_get(Of(object), part);
-  }
-
-  bool IsShown(const std::string& object, const char* part) const {
-    return edje_object_part_state_get(Of(object), part, nullptr) == std::string("shown");
-  }
-
-  Eina_Rectangle TextBox(const char* part) const {
-    Eina_Rectangle box = {};
-    edje_object_calc_force(m_canvas.page());
-    evas_object_geometry_get(edje_object_part_object_get(m_canvas.page(), part), &box.x, &box.y,
-                             &box.w, &box.h);
-    return box;
-  }
-
-  std::string Font(const char* part) const {
-    const char* font = nullptr;
-    evas_object_text_font_get(edje_object_part_object_get(m_canvas.page(), part), &font, nullptr);
-    return font;
-  }
-
-  // The place of the part's middle on the page, in the direction of reading: 0 to 1.
-  double Place(const char* part) const {
-    int x = 0;
-    int width = 0;
-    edje_object_calc_force(m_canvas.page());
-    edje_object_part_geometry_get(m_canvas.page(), part, &x, nullptr, &width, nullptr);
-    return (x + width / 2.0) / 1920;
-  }
-
- private:
-  Evas* evas() const { return evas_object_evas_get(m_canvas.page()); }
-
-  Evas_Object* Of(const std::string& object) const {
-    return object.empty() ? m_canvas.page() : m_canvas.Nested(object);
-  }
-
-  PageState m_state;
-  Canvas m_canvas;
-  unsigned int m_time = 0;
+  ScopedVariable root_variable;
+  ScopedVariable profile{kProfileVariable, TEST_PROFILE};
+  TemporaryRegistry registry;
+  Provider provider{TEST_PLUGIN};
+  KeyboardPage page{provider};
+  PageState state{page};
+  Canvas canvas{Target::kBuffer, TEST_LAYOUT};
+  const char* key = nullptr;
+  unsigned int time = 0;
 };
 
-TEST(Canvas, ShowsFocusChoicesAndPosition) {
-  const Page opened;
-  Screen screen(opened.page, "en_US");
-  EXPECT_EQ(screen.Text("language", "value"), "\u2014");
-  EXPECT_EQ(screen.Text("help.layout", "help"), "Set the language of the keyboard.");
-  EXPECT_TRUE(screen.IsShown("language", "frame"));
-  screen.Press("Return");
-  for (int i = 0; i < 9; ++i) {
-    screen.Press("Down");
-  }
-  EXPECT_TRUE(screen.IsShown("", "list"));
-  EXPECT_EQ(screen.Text("", "list.position"), "10 / 61");
-  EXPECT_EQ(screen.Text("choice.5", "text"), "Dutch");  // the focus stays in the middle
-  EXPECT_TRUE(screen.IsShown("choice.5", "frame"));
-  EXPECT_TRUE(screen.IsShown("", "list.above"));
-  EXPECT_TRUE(screen.IsShown("", "list.below"));
-  screen.Press("KP_Enter");
-  EXPECT_FALSE(screen.IsShown("", "list"));
-  EXPECT_EQ(opened.provider.Value(DATA_PROVIDER_LANGUAGE), "nl_NL");
-  EXPECT_EQ(screen.Text("language", "value"), "Dutch");
-  EXPECT_EQ(screen.Text("language", "odd"), "");
-  screen.Press("Return");
-  screen.Press("Down");
-  EXPECT_TRUE(screen.IsShown("choice.4", "mark"));
-  EXPECT_FALSE(screen.IsShown("choice.5", "mark"));
-  screen.Press("Right");
-  EXPECT_TRUE(screen.IsShown("", "list"));
-  screen.Press("Left");
-  EXPECT_FALSE(screen.IsShown("", "list"));
+TEST(Screen, FollowsTheRemoteControl) {
+  UseUiLanguage("en_US");
+  Screen tv(TEST_ROOT);
+  tv.Press("", ">— | —");
+  tv.Press("ddr", "— | >— | open !");  // types need a stored language
+  tv.Press("drurdd", ">— | — | open v3 / 61 | 2>Spanish");
+  tv.Press("k", ">Spanish | Latin American");
+  tv.Press("rhuhu>", ">Spanish | Latin American | open v1 / 61 | 0>Korean | 2*Spanish");
+  tv.Press("<drdr", "Spanish | >Latin American (no dead keys)");
+  tv.Press("urddddddd", ">Spanish | Latin American (no dead keys) | open ^v10 / 61 | 5>Dutch");
+  tv.Press(std::string(70, 'd'),
+           ">Spanish | Latin American (no dead keys) | open ^61 / 61 | 9>Khmer");
+  tv.Press("e", ">Spanish | Latin American (no dead keys)");
+  tv.Press("de", "Spanish | >Latin American (no dead keys) | left");
+  const Evas_Object* help = tv.canvas.Nested("help.layout");
+  EXPECT_STREQ(edje_object_part_text_get(help, "help"), "Set the type of the keyboard.");
 }
 
-TEST(Canvas, ChoosesOnceWhileAKeyIsHeldAndGrowsWithTheWindow) {
-  const Page opened;
-  Screen screen(opened.page, "en_US");
-  const int height = screen.TextBox("title").h;
-  screen.Resize(960, 540);
-  EXPECT_NEAR(screen.TextBox("title").h, height / 2.0, 2);
-  screen.Press("Return");
-  screen.Hold("Return");
-  EXPECT_TRUE(screen.IsShown("", "list"));
-  screen.Hold("Down");
-  EXPECT_EQ(screen.Text("", "list.position"), "2 / 61");
-}
-
-TEST(Canvas, MirrorsWhatReadsFromTheRight) {
-  const Page opened("ar");
-  Screen screen(opened.page, "ar");
-  screen.Press("Return");
-  EXPECT_GT(screen.Place("language"), 0.5);
-  EXPECT_GT(screen.TextBox("title").x, 1920 / 2);
-  EXPECT_TRUE(screen.Font("title").ends_with(":lang=ar"));
-  EXPECT_LT(screen.Place("list"), 0.5);
-  EXPECT_LT(screen.Place("list.position"), screen.Place("list.title"));
-  screen.Press("Right");
-  EXPECT_FALSE(screen.IsShown("", "list"));
-}
-
-TEST(Canvas, SaysWhatIsWrong) {
-  const TemporaryFolder root;
+TEST(Screen, ShowsProblems) {
+  const TemporaryFolder root;  // without a configuration, a help image and catalogues
   std::filesystem::create_directories(root.PathOf("usr/share/lib-morvith-tv/res"));
-  const Page opened("C", root.PathOf(""));
-  opened.provider.SetValue(DATA_PROVIDER_LANGUAGE, "en_US");
-  Screen screen(opened.page, "en_US");
-  EXPECT_TRUE(screen.IsShown("", "help.trouble"));
-  EXPECT_EQ(screen.Text("type", "odd"), "en_US.us_intl_ibm103i");
-  screen.Press("Down");
-  screen.Press("Return");
-  EXPECT_TRUE(screen.IsShown("", "list.trouble"));
-  setenv("KVREG_FILE", root.PathOf("gone/registry.db").c_str(), 1);
-  screen.Press("Escape");
-  screen.Press("Up");
-  screen.Press("Return");
-  screen.Press("Return");
-  EXPECT_TRUE(screen.IsShown("language", "trouble"));
-  setenv("KVREG_FILE", TEST_PLUGIN, 1);
-  Screen unreadable(opened.page, "en_US");
-  EXPECT_TRUE(unreadable.IsShown("language", "trouble"));
+  Screen tv(root.PathOf(""));
+  tv.Press("rr", ">SID_SETUP_LANGUAGE_KOREAN | !ko_KR.us_intl_ibm103i");
+  const ScopedVariable gone(kRegistryVariable, root.PathOf("gone/registry.db"));
+  tv.Press("rr", ">!— | —");
+  const ScopedVariable unreadable(kRegistryVariable, TEST_PLUGIN);
+  tv.Press("r", ">!— | !— | help! open v1 / 61 | 0>SID_SETUP_LANGUAGE_KOREAN");
 }
 
-}  // namespace
+TEST(Screen, MirrorsAndResizes) {
+  UseUiLanguage("ar");
+  Screen tv(TEST_ROOT);
+  tv.Press("dr<", "~— | >~— | open ~!");
+  tv.Press(">", "~— | >~—");
+  Ecore_Evas* window = ecore_evas_ecore_evas_get(evas_object_evas_get(tv.canvas.page()));
+  ecore_evas_resize(window, 960, 1080);
+  ecore_evas_manual_render(window);
+  EXPECT_EQ(edje_object_scale_get(tv.canvas.page()), 0.5);
+}

@@ -4,7 +4,7 @@
 #include <exception>
 #include <iostream>
 
-#include "host_options.h"
+#include "text.h"
 
 namespace {
 
@@ -15,7 +15,7 @@ constexpr int kUsage = 2;
 
 int RunProgram(const char* name, const std::function<void()>& body) {
   const auto fail = [name](const std::exception& error, int status) {
-    std::fprintf(stderr, "%s: %s\n", name, error.what());
+    std::fprintf(stderr, "%s: %s\n", name, Printable(error.what()).c_str());
     return status;
   };
   try {

@@ -1,4 +1,4 @@
-// What a check has found.
+// A problem that a check found.
 #ifndef HOST_FINDING_H
 #define HOST_FINDING_H
 
@@ -6,28 +6,27 @@
 #include <vector>
 
 #include "error.h"
-#include "printable.h"
+#include "text.h"
 
-// Reads as a sentence: "keyboard ko_KR: type list has no choices; add keyboard_types for 'ko_KR'".
 struct Finding {
-  std::string where;  // "profile" and its file, "page", "interface" or "keyboard" and its language
+  std::string where;  // "page", or "profile", "interface" or "keyboard" with its file or language
   std::string item;
   std::string problem;
   std::string remedy;
 };
 
+// Returns a line for a terminal, such as
+// "keyboard ko_KR: type list has no choices; add keyboard_types for 'ko_KR'".
 inline std::string Line(const Finding& finding) {
   return Printable(finding.where + ": " + finding.item + " " + finding.problem + "; " +
                    finding.remedy);
 }
 
-// Throws HostError, with their number, if there are any.
+// Throws HostError with the number of findings if there are any.
 inline void ThrowIfAny(const std::vector<Finding>& findings) {
   if (!findings.empty()) {
     throw HostError("findings: " + std::to_string(findings.size()));
   }
 }
-
-inline std::string Quoted(const std::string& text) { return "'" + text + "'"; }
 
 #endif

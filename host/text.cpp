@@ -1,4 +1,4 @@
-#include "printable.h"
+#include "text.h"
 
 #include <glib.h>
 
@@ -7,6 +7,16 @@ namespace {
 constexpr gunichar kReplacement = 0xFFFD;
 
 }  // namespace
+
+std::string Join(const std::vector<std::string>& words) {
+  std::string joined;
+  for (const std::string& word : words) {
+    joined += (joined.empty() ? "" : ", ") + word;
+  }
+  return joined.empty() ? "none" : joined;
+}
+
+std::string Quoted(const std::string& text) { return "'" + text + "'"; }
 
 std::string Printable(const std::string& text) {
   g_autofree gchar* valid = g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()));

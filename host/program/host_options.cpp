@@ -1,0 +1,113 @@
+#include "host_options.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <regex>
+#include <utility>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "program.h"
+#include "text.h"
+#include "ui_language.h"
+
+namespace {
+
+constexpr int kNameColumn = 22;
+
+const std::vector<std::string> kLogLevels = {"info", "warning", "error", "none"};
+
+std::string CheckLocale(const std::string& text) {
+  return std::regex_match(text, std::regex("[a-z]{2}(_[A-Z]{2})?"))
+             ? ""
+             : "invalid locale " + Quoted(text) + "; pass one such as ko or ko_KR";
+}
+
+std::string CheckGiven(const std::string& text) { return text.empty() ? "is empty" : ""; }
+
+std::string CheckSetting(const std::string& word) {
+  return word == "language" || word == "type" ? "" : "unknown setting " + Quoted(word);
+}
+
+// Not a check of the option: recent versions of CLI11 drop an environment variable that fails one.
+void UseLogLevel(const std::string& level) {
+  if (level.empty()) {
+    unsetenv(kLogVariable);
+    return;
+  }
+  if (std::ranges::find(kLogLevels, level) == kLogLevels.end()) {
+    throw UsageError("unknown log level " + Quoted(level) + "; available: " + Join(kLogLevels));
+  }
+  setenv(kLogVariable, level.c_str(), 1);
+}
+
+}  // namespace
+
+void AddHostOptions(CLI::App& app, const char* version, HostOptions& options) {
+  app.set_version_flag("--version", app.get_name() + " " + version, "Print the version and exit");
+  app.get_formatter()->column_width(kNameColumn);
+  app.fallthrough();  // options may follow a command
+  app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+  app.add_option("--ui-language", options.ui_language, "interface language")
+      ->check(CheckLocale)
+      ->type_name("LOCALE")
+      ->capture_default_str();
+  app.add_option("--root", options.root,
+                 "folder laid out like a device, with the files of the\n"
+                 "provider (default: where it is installed)")
+      ->check(CheckGiven)
+      ->type_name("DIR")
+      ->envname(kRootVariable);
+  app.add_option("--device", options.device,
+                 "device profile, a name or a path; 'menu_host devices'\n"
+                 "lists the names")
+      ->check(CheckGiven)
+      ->type_name("PROFILE")
+      ->capture_default_str()
+      ->envname(kProfileVariable);
+  app.add_option("--registry", options.registry,
+                 "registry file (default: a file in your state folder)")
+      ->check(CheckGiven)
+      ->type_name("FILE")
+      ->envname(kRegistryVariable);
+  app.add_option("--log", options.log_level,
+                 "lowest priority to log: " + Join(kLogLevels) + "\n(default: warning)")
+      ->type_name("LEVEL")
+      ->envname(kLogVariable);
+  app.add_option("--plugin", options.plugin, "data provider (default: the installed one)")
+      ->check(CheckGiven)
+      ->type_name("FILE");
+}
+
+CLI::Option* AddSetting(CLI::App& app, const char* name, const char* description,
+                        std::function<void(SettingId)> set) {
+  const auto take = [set = std::move(set)](const std::string& word) {
+    set(word == "type" ? SettingId::kType : SettingId::kLanguage);
+  };
+  return app.add_option_function<std::string>(name, take, description)->check(CheckSetting);
+}
+
+bool Parse(CLI::App& app, int argc, const char* const* argv) {
+  try {
+    app.parse(argc, argv);
+    return true;
+  } catch (const CLI::Success& help) {
+    app.exit(help);
+    return false;
+  } catch (const CLI::ParseError& error) {
+    throw UsageError(std::string(error.what()) + "; '" + app.get_name() +
+                     " --help' lists the commands and options");
+  }
+}
+
+Sources SetUpHost(const HostOptions& options) {
+  UseLogLevel(options.log_level);
+  Sources sources;
+  sources.profile = UseDeviceProfile(options.device);
+  sources.root = UseRoot(options.root);
+  sources.registry = FindRegistry(options.registry);
+  sources.plugin = options.plugin.empty() ? OwnFile(HOST_PLUGIN) : options.plugin;
+  UseUiLanguage(options.ui_language);
+  return sources;
+}

@@ -1,0 +1,54 @@
+// The command-line options that all host programs share, and the set-up that follows from them.
+#ifndef HOST_HOST_OPTIONS_H
+#define HOST_HOST_OPTIONS_H
+
+#include <functional>
+#include <string>
+
+#include "KeyboardPage.h"
+#include "platform_setup.h"
+
+namespace CLI {
+class App;
+class Option;
+}  // namespace CLI
+
+// An empty string stands for the default that the help text names.
+struct HostOptions {
+  std::string ui_language = "en_US";
+  std::string root;
+  std::string device = kDefaultProfile;
+  std::string registry;
+  std::string log_level;
+  std::string plugin;
+};
+
+// The paths that a program uses.
+struct Sources {
+  std::string plugin;
+  std::string root;
+  std::string profile;
+  std::string registry;
+};
+
+// Adds --version and the options to `app`, which fill `options`; both must live until Parse() has
+// returned. An option that is missing on the command line is read from its environment variable.
+// If an option is given twice, the last one counts. Call this before anything else is added to
+// `app`: later options inherit these settings.
+void AddHostOptions(CLI::App& app, const char* version, HostOptions& options);
+
+// Adds an option or argument `name` with the value "language" or "type", and calls `set` with it.
+// `app` owns the option that is returned.
+CLI::Option* AddSetting(CLI::App& app, const char* name, const char* description,
+                        std::function<void(SettingId)> set);
+
+// Parses the command line. Returns false if the help or the version was printed, and nothing else
+// is to be done. Throws UsageError if an argument is unknown, missing or invalid.
+bool Parse(CLI::App& app, int argc, const char* const* argv);
+
+// Sets up the log, the device profile, the root and the interface language. Call it before the
+// plug-in is loaded. The registry is only looked for: pass it to UseRegistry(). Throws HostError if
+// a file is missing, and UsageError if the log level is unknown.
+Sources SetUpHost(const HostOptions& options);
+
+#endif
