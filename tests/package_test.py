@@ -4,6 +4,7 @@ import glob
 import os
 import pathlib
 import re
+import shutil
 import subprocess
 import tempfile
 import unittest
@@ -48,6 +49,16 @@ class PackageTest(unittest.TestCase):
     @unittest.skipUnless(EMULATOR and NATIVE_PACKAGES, "compares the packages of two processors")
     def test_packages_of_both_processors_have_the_same_contents(self):
         self.assertEqual(contents(PACKAGES), contents(NATIVE_PACKAGES))
+
+    def test_another_build_makes_the_same_packages(self):
+        copy = pathlib.Path("ä copy")  # another path, in which UTF-8 and blanks matter
+        shutil.copytree(SOURCE, copy, ignore=shutil.ignore_patterns("build*", ".git"))
+        os.umask(0o077)
+        output("cmake", "-S", copy, "-B", copy / "build", *os.environ["CMAKE_OPTIONS"].split())
+        output("cmake", "--build", copy / "build", "--target", "package", "--parallel", "2")
+        for package in PACKAGES:
+            again = copy / "build/packages" / os.path.basename(package)
+            self.assertEqual(again.read_bytes(), pathlib.Path(package).read_bytes(), package)
 
     def test_library_package_has_only_the_library_and_its_data(self):
         expected = {self.plugin, f"{RESOURCES}/config/hw_kbd_lang_config.json", EDJ, WEBP}

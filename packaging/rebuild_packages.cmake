@@ -1,0 +1,15 @@
+# Builds CPack's packages again without what differs between builds or is not needed: file times, and
+# scripts that call ldconfig. dpkg has a trigger for that, and a plug-in needs neither.
+foreach(package IN LISTS CPACK_PACKAGE_FILES)
+  set(tree ${CPACK_TEMPORARY_DIRECTORY}/unpacked)
+  file(REMOVE_RECURSE ${tree})
+  execute_process(COMMAND dpkg-deb --raw-extract ${package} ${tree} COMMAND_ERROR_IS_FATAL ANY)
+  file(REMOVE ${tree}/DEBIAN/postinst ${tree}/DEBIAN/postrm)
+  execute_process(COMMAND chmod 755 ${tree}/DEBIAN COMMAND_ERROR_IS_FATAL ANY)
+  execute_process(COMMAND find ${tree} -exec touch --no-dereference --date=@${CPACK_SOURCE_DATE} {} +
+    COMMAND_ERROR_IS_FATAL ANY)
+  execute_process(
+    COMMAND ${CMAKE_COMMAND} -E env SOURCE_DATE_EPOCH=${CPACK_SOURCE_DATE}
+      dpkg-deb --root-owner-group --build ${tree} ${package}
+    OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+endforeach()
