@@ -1,13 +1,27 @@
 #include "KeyboardPage.h"
 
+#include <algorithm>
+
 #include <libintl.h>
+
+#include "ui_language.h"
 
 namespace {
 
-// The display value of a language is a message id, which the host translates.
-std::string UserText(SettingId id, const std::string& display_value) {
-  return id == SettingId::kLanguage ? dgettext(DATA_PROVIDER_TEXT_DOMAIN, display_value.c_str())
-                                    : display_value;
+// gettext would return the header of the catalogue for an empty message id.
+std::string Translate(const std::string& display_value) {
+  return display_value.empty() ? "" : dgettext(DATA_PROVIDER_TEXT_DOMAIN, display_value.c_str());
+}
+
+// Languages can share a name, such as "English". Adds the territory to each of these.
+void AddTerritories(const std::vector<ListItem>& languages, std::vector<Choice>& choices) {
+  const std::vector<Choice> named = choices;
+  for (std::size_t i = 0; i < choices.size(); ++i) {
+    const bool is_translated = choices[i].text != languages[i].display_value;
+    if (is_translated && std::ranges::count(named, named[i].text, &Choice::text) > 1) {
+      choices[i].text = WithTerritory(named[i].text, named[i].value);
+    }
+  }
 }
 
 }  // namespace
@@ -35,13 +49,17 @@ Setting KeyboardPage::ReadSetting(SettingId id) const {
   setting.name = m_provider.DisplayName(key).value_or("");
   setting.help = m_provider.HelpText(key).value_or("");
   setting.value = m_provider.Value(key);
-  const std::optional<std::vector<ListItem>> items = ReadList(id);
-  setting.has_list = items.has_value();
-  for (const ListItem& item : items.value_or(std::vector<ListItem>())) {
+  const std::optional<std::vector<ListItem>> list = ReadList(id);
+  setting.has_list = list.has_value();
+  const std::vector<ListItem> items = list.value_or(std::vector<ListItem>());
+  for (const ListItem& item : items) {
     if (!setting.current && item.value == setting.value) {
       setting.current = setting.choices.size();
     }
-    setting.choices.push_back({item.value, UserText(id, item.display_value)});
+    setting.choices.push_back({item.value, Translate(item.display_value)});
+  }
+  if (id == SettingId::kLanguage) {
+    AddTerritories(items, setting.choices);
   }
   return setting;
 }

@@ -1,5 +1,5 @@
 // The keyboard settings page as a settings application shows it: it asks a provider for the texts,
-// the stored values and the choices, and translates the names of languages.
+// the stored values and the choices, and translates the names of the choices.
 #ifndef HOST_KEYBOARD_PAGE_H
 #define HOST_KEYBOARD_PAGE_H
 

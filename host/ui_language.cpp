@@ -11,6 +11,9 @@
 
 #include <langinfo.h>
 #include <libintl.h>
+#include <unicode/locid.h>
+#include <unicode/simpleformatter.h>
+#include <unicode/ulocdata.h>
 
 #include "data_provider.h"
 #include "error.h"
@@ -64,6 +67,22 @@ void UseUiLanguage(const std::string& locale) {
     throw HostError(
         "no UTF-8 locale found in which gettext translates; install one, such as en_US.UTF-8");
   }
+}
+
+std::string WithTerritory(const std::string& language, const std::string& locale) {
+  const icu::Locale viewer(std::getenv("LANGUAGE"));
+  icu::UnicodeString territory;
+  icu::Locale(locale.c_str()).getDisplayCountry(viewer, territory);
+
+  UErrorCode status = U_ZERO_ERROR;
+  const icu::LocalULocaleDataPointer data(ulocdata_open(viewer.getName(), &status));
+  std::array<UChar, 64> pattern = {};
+  ulocdata_getLocaleDisplayPattern(data.getAlias(), pattern.data(), pattern.size(), &status);
+  icu::UnicodeString text;
+  icu::SimpleFormatter(pattern.data(), 2, 2, status)
+      .format(icu::UnicodeString::fromUTF8(language), territory, text, status);
+  std::string utf8;
+  return U_SUCCESS(status) ? text.toUTF8String(utf8) : language + " (" + locale + ")";
 }
 
 std::optional<std::string> FindCatalogue(const std::string& locale) {

@@ -13,6 +13,11 @@ inline constexpr char kNoLanguage[] = "C";
 // and LANGUAGE of the process. Throws HostError if the machine has no suitable UTF-8 locale.
 void UseUiLanguage(const std::string& locale);
 
+// Adds the territory of `locale` to the translated name of its language, in the user's language:
+// "Englisch (Vereinigtes Königreich)" for "Englisch" and "en_GB". The names of territories and the
+// pattern are the Unicode CLDR's.
+std::string WithTerritory(const std::string& language, const std::string& locale);
+
 // Returns the name of the installed catalogue for `locale`: "ko_KR" if it exists, or else "ko".
 // Null if neither exists. The provider must be loaded, because it binds the text domain.
 std::optional<std::string> FindCatalogue(const std::string& locale);

@@ -66,7 +66,8 @@ def main(configuration, english_catalogue, catalogue_file, output):
     without_words = run("msggrep", "--invert-match", "--msgctxt", "--fixed-strings",
                         f"--regexp={CONTEXT}", catalogue_file)
     # A hash table would take another disk block in most catalogues, and would not make gettext faster.
-    run("msgfmt", "--no-hash", f"--output-file={output}", "-", text=without_words + names.encode())
+    run("msgfmt", "--check-format", "--check-domain", "--no-hash", f"--output-file={output}", "-",
+        text=without_words + names.encode())
 
 
 if __name__ == "__main__":
