@@ -37,32 +37,36 @@ def display_names(configuration):
 
 def language_ids(english_catalogue):
     """The message id of each language's name, by its name in English."""
-    ids = re.findall(r'^msgid "(\w+)"$', pathlib.Path(english_catalogue).read_text("utf-8"), re.M)
+    ids = re.findall(r'^msgid "(\w+_\w+)"$', pathlib.Path(english_catalogue).read_text("utf-8"), re.M)
     english = read(english_catalogue)
     return {english.gettext(message_id): message_id for message_id in ids}
 
 
-def quoted(text):
-    return json.dumps(text, ensure_ascii=False)
-
-
-def compose(catalogue, ids, language, words):
-    def translate(word):
+def translate(catalogue, ids, name, language, words):
+    """The name in the language of the catalogue. `ids` are from language_ids()."""
+    def word_text(word):
         return catalogue.pgettext(CONTEXT, word)
 
-    text = catalogue.gettext(ids[language]) if language in ids else translate(language)
+    if (text := catalogue.gettext(name)) != name:
+        return text
+    text = catalogue.gettext(ids[language]) if language in ids else word_text(language)
     if not words:
         return text
-    words = translate(SEPARATOR).join(map(translate, words))
-    return translate(PATTERN).format(language=text, words=words)
+    joined = word_text(SEPARATOR).join(map(word_text, words))
+    return word_text(PATTERN).format(language=text, words=joined)
+
+
+def entry(name, text):
+    name, text = (json.dumps(value, ensure_ascii=False) for value in (name, text))
+    return f"\nmsgid {name}\nmsgstr {text}\n"
 
 
 def main(configuration, english_catalogue, catalogue_file, output):
     catalogue, ids = read(catalogue_file), language_ids(english_catalogue)
     names = "".join(
-        f"\nmsgid {quoted(name)}\nmsgstr {quoted(compose(catalogue, ids, language, words))}\n"
+        entry(name, translate(catalogue, ids, name, language, words))
         for name, language, words in display_names(configuration)
-        if catalogue.gettext(name) == name)
+        if catalogue.gettext(name) == name)  # else the catalogue has the whole name
     without_words = run("msggrep", "--invert-match", "--msgctxt", "--fixed-strings",
                         f"--regexp={CONTEXT}", catalogue_file)
     # A hash table would take another disk block in most catalogues, and would not make gettext faster.

@@ -55,9 +55,13 @@ FAULTS = {
         (TEXT, f'"{GERMAN}"', "its text is a message id"),
         ('"Deutsch"', '"Englisch"', f"{GERMAN}: same text as SID_SETUP_LANGUAGE_ENGLISH"),
         ('"Deutsch"', '"deutsch"', "names of languages begin with a capital letter"),
+        ('"106 Tasten"', f'"{"T" * 40}"', "Korean (106 keys): 'Koreanisch (T"),
+        ('"106 Tasten"', '"101/104 Tasten"', "same text as Korean (101/104 keys)"),
+        ('msgstr "{language} ({words})"', 'msgstr "()"', "its text needs {language} and {words}"),
     ),
     (CHECK_TEXTS, "res/locale/lib-morvith-tv.pot"): (
         (ENTRY, 'msgid "OWN"', f"{LANGUAGE}: used by the library", "OWN: not used by the library"),
+        ('"106 keys"', '"106 kays"', "106 kays: no display_name uses", "106 keys: used in a display"),
     ),
 }
 

@@ -78,15 +78,17 @@ TEST(Screen, FollowsTheRemoteControl) {
   Screen tv(TEST_ROOT);
   tv.Press("", ">— | —");
   tv.Press("ddr", "— | >— | open !");  // types need a stored language
-  tv.Press("drurdd", ">— | — | open v3 / 61 | 2>Spanish");
-  tv.Press("k", ">Spanish | Latin American");
-  tv.Press("rhuhu>", ">Spanish | Latin American | open v1 / 61 | 0>Korean | 2*Spanish");
-  tv.Press("<drdr", "Spanish | >Latin American (no dead keys)");
-  tv.Press("urddddddd", ">Spanish | Latin American (no dead keys) | open ^v10 / 61 | 5>Dutch");
+  tv.Press("drurdd", ">— | — | open v3 / 61 | 2>Spanish (Mexico)");
+  tv.Press("k", ">Spanish (Mexico) | Latin American");
+  tv.Press("rhuhu>",
+           ">Spanish (Mexico) | Latin American | open v1 / 61 | 0>Korean | 2*Spanish (Mexico)");
+  tv.Press("<drdr", "Spanish (Mexico) | >Latin American (no dead keys)");
+  tv.Press("urddddddd",
+           ">Spanish (Mexico) | Latin American (no dead keys) | open ^v10 / 61 | 5>Dutch");
   tv.Press(std::string(70, 'd'),
-           ">Spanish | Latin American (no dead keys) | open ^61 / 61 | 9>Khmer");
-  tv.Press("e", ">Spanish | Latin American (no dead keys)");
-  tv.Press("de", "Spanish | >Latin American (no dead keys) | left");
+           ">Spanish (Mexico) | Latin American (no dead keys) | open ^61 / 61 | 9>Khmer");
+  tv.Press("e", ">Spanish (Mexico) | Latin American (no dead keys)");
+  tv.Press("de", "Spanish (Mexico) | >Latin American (no dead keys) | left");
   const Evas_Object* help = tv.canvas.Nested("help.layout");
   EXPECT_STREQ(edje_object_part_text_get(help, "help"), "Set the type of the keyboard.");
 }
