@@ -17,6 +17,7 @@
 
 #include "data_provider.h"
 #include "error.h"
+#include "platform_setup.h"
 #include "text.h"
 
 namespace fs = std::filesystem;
@@ -27,6 +28,9 @@ namespace {
 // territory XX, so glibc loads C.UTF-8 for it, but keeps the name C_XX.UTF-8. If that fails, the
 // user's locale or a common one is used.
 constexpr std::array kLocales = {"C_XX.UTF-8", "", "en_US.UTF-8"};
+
+constexpr char kDefaultLanguage[] = "en_US";
+constexpr char kCatalogues[] = "/usr/share/lib-morvith-tv/res/locale";
 
 bool Translates(const char* locale) {
   if (std::setlocale(LC_ALL, locale) == nullptr) {
@@ -86,7 +90,7 @@ std::string WithTerritory(const std::string& language, const std::string& locale
 }
 
 std::optional<std::string> FindCatalogue(const std::string& locale) {
-  const fs::path directory = bindtextdomain(DATA_PROVIDER_TEXT_DOMAIN, nullptr);
+  const fs::path directory = LocateFile(kCatalogues);
   for (const std::string& name : {locale, locale.substr(0, locale.find('_'))}) {
     if (HasCatalogue(directory / name)) {
       return name;
@@ -95,9 +99,27 @@ std::optional<std::string> FindCatalogue(const std::string& locale) {
   return std::nullopt;
 }
 
+UiLanguage ChooseUiLanguage(const std::string& wanted) {
+  if (!wanted.empty()) {
+    return {wanted, "--ui-language"};
+  }
+  for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+    const char* value = std::getenv(variable);
+    if (value == nullptr || *value == '\0') {
+      continue;
+    }
+    const std::string locale = std::string(value).substr(0, std::strcspn(value, ".@"));
+    if (FindCatalogue(locale)) {
+      return {locale, variable};
+    }
+    break;  // the first variable that is set decides
+  }
+  return {kDefaultLanguage, "default"};
+}
+
 void CheckCatalogue(const std::string& locale) {
   if (!FindCatalogue(locale)) {
-    const fs::path directory = bindtextdomain(DATA_PROVIDER_TEXT_DOMAIN, nullptr);
+    const fs::path directory = LocateFile(kCatalogues);
     throw HostError("no catalogue for the language " + Quoted(locale) + " in " + Quoted(directory) +
                     "; available: " + Join(Catalogues(directory)));
   }

@@ -19,8 +19,17 @@ void UseUiLanguage(const std::string& locale);
 std::string WithTerritory(const std::string& language, const std::string& locale);
 
 // Returns the name of the installed catalogue for `locale`: "ko_KR" if it exists, or else "ko".
-// Null if neither exists. The provider must be loaded, because it binds the text domain.
+// Null if neither exists.
 std::optional<std::string> FindCatalogue(const std::string& locale);
+
+struct UiLanguage {
+  std::string locale;
+  std::string reason;  // what decided: an option, an environment variable, or "default"
+};
+
+// Returns `wanted`. If it is empty, returns the user's locale (LC_ALL, LC_MESSAGES or LANG) if it
+// has a catalogue, or else "en_US".
+UiLanguage ChooseUiLanguage(const std::string& wanted);
 
 // Throws HostError if FindCatalogue() finds none.
 void CheckCatalogue(const std::string& locale);

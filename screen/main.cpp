@@ -70,7 +70,7 @@ void Check(const Sources& sources, const std::string& layout) {
 void Show(const Options& options, const Sources& sources, const std::string& layout) {
   UseRegistry(sources.registry);
   const Provider provider(sources.plugin);
-  CheckCatalogue(options.ui_language);
+  CheckCatalogue(sources.ui_language.locale);
   KeyboardPage page(provider);
   PageState state(page);
   if (options.open) {
@@ -78,7 +78,7 @@ void Show(const Options& options, const Sources& sources, const std::string& lay
     state.Open();
   }
   Canvas canvas(options.picture.empty() ? Target::kWindow : Target::kBuffer, layout);
-  canvas.SetLanguage(options.ui_language);
+  canvas.SetLanguage(sources.ui_language.locale);
   canvas.Control(state);
   if (!options.picture.empty()) {
     return canvas.SavePicture(options.picture);

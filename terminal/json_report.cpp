@@ -55,6 +55,8 @@ class JsonReport : public Report {
            {"root", sources.root},
            {"profile", sources.profile},
            {"registry", sources.registry},
+           {"ui_language", sources.ui_language.locale},
+           {"ui_language_reason", sources.ui_language.reason},
            {"owner", info.owner},
            {"main_component", info.main_component},
            {"sub_component", info.sub_component},

@@ -92,7 +92,7 @@ void Check(const Sources& sources, Report& report) {
 void RunOnPage(const Options& options, const Sources& sources, Report& report) {
   UseRegistry(sources.registry);
   const Provider provider(sources.plugin);
-  CheckCatalogue(options.ui_language);
+  CheckCatalogue(sources.ui_language.locale);
   KeyboardPage page(provider);
   if (options.command == Command::kReset) {
     return Reset(page, report);

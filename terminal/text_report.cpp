@@ -109,6 +109,8 @@ class TextReport : public Report {
                   {"root", sources.root},
                   {"device profile", sources.profile},
                   {"registry", sources.registry},
+                  {"UI language",
+                   sources.ui_language.locale + " (" + sources.ui_language.reason + ")"},
                   {"owner", info.owner},
                   {"main component", info.main_component},
                   {"sub component", info.sub_component},

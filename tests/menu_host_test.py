@@ -89,7 +89,8 @@ class MenuHostTest(unittest.TestCase):
         self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
         self.profile = self.folder / "device.ini"
         registry = str(self.folder / "registry.db")
-        self.environment = {**os.environ, "KVREG_FILE": registry, "TMPDIR": str(self.folder)}
+        self.environment = {**os.environ, "KVREG_FILE": registry, "TMPDIR": str(self.folder),
+                            "LC_ALL": "C.UTF-8"}
 
     def host(self, *arguments, status=0, **options):
         done = subprocess.run([*COMMAND, *arguments], capture_output="stdout" not in options,
@@ -107,6 +108,11 @@ class MenuHostTest(unittest.TestCase):
             done = self.host(*shlex.split(command), status=status)
             for part in parts:
                 self.assertIn(part, done.stdout + done.stderr, command)
+
+    def test_uses_the_language_of_the_users_locale_if_it_is_translated(self):
+        for locale, title in (("de_AT.UTF-8", "Tastatureinstellungen"), ("eo", "Keyboard Settings")):
+            self.environment |= {"LC_ALL": "", "LC_MESSAGES": locale, "LANG": "ko_KR.UTF-8"}
+            self.assertIn(f"{title}\n", self.host().stdout)
 
     def test_help_fits_a_terminal(self):
         self.assertNotRegex(self.host("--help").stdout, ".{81}")

@@ -49,10 +49,11 @@ void AddHostOptions(CLI::App& app, const char* version, HostOptions& options) {
   app.get_formatter()->column_width(kNameColumn);
   app.fallthrough();  // options may follow a command
   app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
-  app.add_option("--ui-language", options.ui_language, "interface language")
+  app.add_option("--ui-language", options.ui_language,
+                 "interface language (default: your locale's language\n"
+                 "if it is translated, or else en_US)")
       ->check(CheckLocale)
-      ->type_name("LOCALE")
-      ->capture_default_str();
+      ->type_name("LOCALE");
   app.add_option("--root", options.root,
                  "folder laid out like a device, with the files of the\n"
                  "provider (default: where it is installed)")
@@ -108,6 +109,7 @@ Sources SetUpHost(const HostOptions& options) {
   sources.root = UseRoot(options.root);
   sources.registry = FindRegistry(options.registry);
   sources.plugin = options.plugin.empty() ? OwnFile(HOST_PLUGIN) : options.plugin;
-  UseUiLanguage(options.ui_language);
+  sources.ui_language = ChooseUiLanguage(options.ui_language);
+  UseUiLanguage(sources.ui_language.locale);
   return sources;
 }

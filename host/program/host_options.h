@@ -7,6 +7,7 @@
 
 #include "KeyboardPage.h"
 #include "platform_setup.h"
+#include "ui_language.h"
 
 namespace CLI {
 class App;
@@ -15,7 +16,7 @@ class Option;
 
 // An empty string stands for the default that the help text names.
 struct HostOptions {
-  std::string ui_language = "en_US";
+  std::string ui_language;
   std::string root;
   std::string device = kDefaultProfile;
   std::string registry;
@@ -23,8 +24,9 @@ struct HostOptions {
   std::string plugin;
 };
 
-// The paths that a program uses.
+// The paths and the interface language that a program uses.
 struct Sources {
+  UiLanguage ui_language;
   std::string plugin;
   std::string root;
   std::string profile;
