@@ -105,12 +105,13 @@ class TextReport : public Report {
   }
 
   void Info(const Sources& sources, const ProviderInfo& info) override {
+    const UiLanguage& language = sources.ui_language;
+    const std::string ui_language = language.locale + " (" + language.reason + ")";
     PrintColumns({{"plug-in", sources.plugin},
                   {"root", sources.root},
                   {"device profile", sources.profile},
                   {"registry", sources.registry},
-                  {"UI language",
-                   sources.ui_language.locale + " (" + sources.ui_language.reason + ")"},
+                  {"UI language", ui_language},
                   {"owner", info.owner},
                   {"main component", info.main_component},
                   {"sub component", info.sub_component},
