@@ -153,9 +153,12 @@ char* bindtextdomain(const char* domain, const char* directory) {
   return Is("unusable", "text-domain") ? nullptr : Platform().catalogues.data();
 }
 
-// Translates "COM_TV_KEYBOARD_TYPE" to "TV_KEYBOARD_TYPE".
+// Translates "COM_TV_KEYBOARD_TYPE" to "[COM_TV_KEYBOARD_TYPE]".
 char* dgettext(const char* domain, const char* id) {
-  return const_cast<char*>(domain == kTextDomain ? id + 4 : id);
+  const Refusals none(false);
+  static thread_local std::string text;
+  text = domain == kTextDomain ? "[" + std::string(id) + "]" : id;
+  return text.data();
 }
 
 // A host may define this function, for example if it links JSON-GLib statically.
