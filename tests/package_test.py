@@ -1,6 +1,7 @@
 """The Debian packages: their contents, the released library, and a host built and run from them."""
 
 import glob
+import json
 import os
 import pathlib
 import re
@@ -15,6 +16,7 @@ PACKAGES = sorted(glob.glob(f"{os.environ['PACKAGES']}/*.deb"))
 NATIVE_PACKAGES = sorted(glob.glob(f"{SOURCE}/build-release/test-packages/*.deb"))
 PACKAGE, = (path for path in PACKAGES if "/libmorvith-dataprovider_" in path)
 RESOURCES = "usr/share/lib-morvith-tv/res"
+CONFIG = "config/hw_kbd_lang_config.json"
 EDJ = f"{RESOURCES}/edje/help_morvith.edj"
 WEBP = f"{RESOURCES}/image/setting_device_manager_ta_non_bt.webp"
 
@@ -48,7 +50,7 @@ class PackageTest(unittest.TestCase):
 
     @unittest.skipUnless(EMULATOR and NATIVE_PACKAGES, "compares the packages of two processors")
     def test_packages_of_both_processors_have_the_same_contents(self):
-        self.assertEqual(contents(PACKAGES), contents(NATIVE_PACKAGES))
+        self.assertEqual(contents(PACKAGES), contents(NATIVE_PACKAGES), "run scripts/test first")
 
     def test_another_build_makes_the_same_packages(self):
         copy = pathlib.Path("ä copy")  # another path, in which UTF-8 and blanks matter
@@ -61,11 +63,18 @@ class PackageTest(unittest.TestCase):
             self.assertEqual(again.read_bytes(), pathlib.Path(package).read_bytes(), package)
 
     def test_library_package_has_only_the_library_and_its_data(self):
-        expected = {self.plugin, f"{RESOURCES}/config/hw_kbd_lang_config.json", EDJ, WEBP}
+        expected = {self.plugin, f"{RESOURCES}/{CONFIG}", EDJ, WEBP}
         expected |= {f"{RESOURCES}/locale/{po.stem}/LC_MESSAGES/lib-morvith-tv.mo"
                      for po in SOURCE.glob("res/locale/*.po")}
         lines = output("dpkg-deb", "--contents", PACKAGE).splitlines()
         self.assertEqual({line.split("./")[1] for line in lines if line[0] == "-"}, expected)
+        source = json.loads((SOURCE / "res" / CONFIG).read_text("utf-8"))
+        for table, members in (("keyboard_name_map", ("name", "display_name")),
+                               ("lang_local_keyboard_type_table", ("lang_local", "keyboard_types"))):
+            source[table] = [{name: row[name] for name in members} for row in source[table]]
+        del source["$schema"]
+        installed = json.loads(pathlib.Path(RESOURCES, CONFIG).read_text("utf-8"))
+        self.assertEqual(installed, source)
         for line in lines:
             self.assertRegex(line, "^(drwxr-xr-x|-rw-r--r--) root/root ")
 
