@@ -60,7 +60,7 @@ auto InLibrary(Request request) {
 
 void Unload() {
   g_provider.reset();
-  EXPECT_EQ(dlopen(PluginUnderTest().c_str(), RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";
+  EXPECT_EQ(dlopen(TEST_PLUGIN, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";
 }
 
 struct UnloadAtEnd : testing::Environment {
@@ -120,11 +120,6 @@ std::string CreateProvider() {
 
 }  // namespace
 
-std::string PluginUnderTest() {
-  const char* plugin = std::getenv("MORVITH_PLUGIN");
-  return plugin == nullptr ? TEST_PLUGIN : plugin;
-}
-
 void Begin() {
   Unload();
   Platform() = FakePlatform();
@@ -155,7 +150,7 @@ std::string Say(const std::string& order) {
     return "";
   }
   if (!g_provider) {
-    g_provider = std::make_unique<Provider>(PluginUnderTest());
+    g_provider = std::make_unique<Provider>(TEST_PLUGIN);
     Platform().log.clear();
   }
   const std::string answer = Ask(order);

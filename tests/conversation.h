@@ -1,12 +1,9 @@
-// Scripted tests of the plug-in. An order goes to the device or to the plug-in, and its answer is
-// text. CONTRIBUTING.md lists the orders. A process has one device and one plug-in.
+// Scripted tests of the plug-in. A command goes to the device or to the plug-in and returns a text.
+// CONTRIBUTING.md lists the commands. A process has one device and one plug-in.
 #ifndef TESTS_CONVERSATION_H
 #define TESTS_CONVERSATION_H
 
 #include <string>
-
-// The plug-in of this build, or the one that $MORVITH_PLUGIN names.
-std::string PluginUnderTest();
 
 // Starts a conversation with a new device. The plug-in is not loaded.
 void Begin();

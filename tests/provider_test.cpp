@@ -17,7 +17,7 @@ TEST(Provider, FillsItsSlotsAndReadsNothing) {
   Begin();
   Platform().settings["log"] = "info";
   {
-    const Provider provider(PluginUnderTest());
+    const Provider provider(TEST_PLUGIN);
 #define SLOT_INDEX(member, index) index,
     const std::set<std::size_t> own = {DATA_PROVIDER_SLOTS(SLOT_INDEX)};
 #undef SLOT_INDEX
@@ -40,7 +40,7 @@ TEST(Provider, FillsItsSlotsAndReadsNothing) {
 
 TEST(Provider, AcceptsNullAndLeavesIntegersUnchanged) {
   Begin();
-  const Provider provider(PluginUnderTest());
+  const Provider provider(TEST_PLUGIN);
   const data_provider_cbs& table = provider.table();
   auto*** list = static_cast<char***>(std::calloc(3, sizeof(char**)));
   for (const int i : {0, 2}) {

@@ -52,8 +52,7 @@ void* JsonGlib(const char* function) {
   return address;
 }
 
-// Checks that there is a log statement at the file and line that `text` names. The source of
-// $MORVITH_PLUGIN is unknown.
+// Checks that there is a log statement at the file and line that `text` names.
 void AddToLog(int priority, const char* text) {
   std::cmatch parts;
   const std::regex form(R"((\w+\.cpp): (\w+)\((\d+)\) > ([\s\S]*))");
@@ -63,8 +62,7 @@ void AddToLog(int priority, const char* text) {
   for (int line = std::stoi(parts[3]); line > 0; --line) {
     std::getline(source, statement);
   }
-  EXPECT_TRUE(statement.find("QEL_") != std::string::npos || std::getenv("MORVITH_PLUGIN"))
-      << text << " is not from '" << statement << "'";
+  EXPECT_NE(statement.find("QEL_"), std::string::npos) << text << " is not from " << statement;
   const std::string line = std::regex_replace(parts.format("$2: $4"), std::regex("\n"), "\\n");
   Platform().log += std::string(1, "IWE"[priority - QLOG_PRIORITY_INFO]) + " " + line + "\n";
 }
