@@ -74,7 +74,7 @@ void ReadKeyboardName(guint index, JsonObject* element, NameTable& table) {
     QEL_WARNING("%s[%u] skipped: no string \"%s\"", kNameTable, index, missing);
     return;
   }
-  table.emplace(name, display_name);
+  table.emplace(name, display_name);  // does not replace the entry of an earlier element
 }
 
 void ReadLocale(guint index, JsonObject* element, LocaleTable& table) {
@@ -84,7 +84,7 @@ void ReadLocale(guint index, JsonObject* element, LocaleTable& table) {
     return;
   }
   const auto [row, is_new] = table.try_emplace(lang_local);
-  if (is_new) {
+  if (is_new) {  // the first element of a locale wins
     row->second = ReadKeyboardTypes(index, element);
   }
 }

@@ -96,6 +96,8 @@ std::unordered_map<sys_lang_id, LanguageInfo> BuildLanguageTable() {
   return table;
 }
 
+// Built when the library is loaded. The two managers are built on first use instead, because they
+// read the device.
 const std::unordered_map<sys_lang_id, LanguageInfo> g_id2langinfo_map = BuildLanguageTable();
 
 bool IsEnglish(const LanguageInfo& language) {
@@ -120,7 +122,7 @@ void LanguageConfigManager::InitLanguageInfoVec() {
   const HeapPtr<devinfo_int_array> record(AllocateZeroed<devinfo_int_array>());
   if (devinfo_get_value_int_array(DEVINFO_KEY_SYS_LANG_IDS, record.get()) != 0) {
     QEL_ERROR("devinfo_get_value_int_array Error.\n");
-    return;
+    return;  // does not free `values`, because a service that fails does not set it
   }
   const HeapPtr<int> values(record->values);
   if (!values || record->count <= 0) {

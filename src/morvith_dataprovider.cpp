@@ -107,6 +107,9 @@ bool GetInforSupportBTSmartControl() {
   return supported;
 }
 
+// The callbacks, in the order of their slots. Their names and results are defined by the host; see
+// data_provider.h.
+
 int set_int(const char* /*key*/, int /*value*/) noexcept { return 0; }
 
 int set_string(const char* key, const char* value) noexcept {
@@ -143,7 +146,7 @@ int GetText(const char* key, MessageId message_id, const char* word, char** text
   if (item == nullptr || text == nullptr) {
     return 0;
   }
-  if (item->*message_id == nullptr) {
+  if (item->*message_id == nullptr) {  // today every row has both ids
     QEL_ERROR("The %s of key %s is NULL", word, item->key);
     *text = nullptr;
     return 0;
@@ -167,7 +170,7 @@ void** get_list_items(const char* key, int* count) noexcept {
   }
   void** list = nullptr;
   if (!CatchAll(key, "cannot list the choices", [&] { list = item->list_builder(key, count); })) {
-    *count = 0;
+    *count = 0;  // the builder may have failed at any point
   }
   return list;
 }
@@ -250,7 +253,7 @@ int create_provider(void** handle) noexcept {
   }
   init_data_provider_cbs(table);
   FillSlots(*table);
-  *handle = table;
+  *handle = table;  // last, so that the host never has an incomplete table
   return 0;
 }
 

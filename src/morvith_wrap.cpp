@@ -15,10 +15,11 @@
 
 namespace {
 
+// The type of a language without keyboard types. It need not be in the configuration.
 constexpr char kDefaultKeyboardType[] = "us_intl_ibm103i";
 
 std::optional<std::string> StoredLanguage() {
-  const HeapPtr<char> stored(kvreg_get_str(DATA_PROVIDER_LANGUAGE));
+  const HeapPtr<char> stored(kvreg_get_str(DATA_PROVIDER_LANGUAGE));  // may be an empty string
   return stored ? std::optional<std::string>(stored.get()) : std::nullopt;
 }
 
@@ -91,7 +92,7 @@ void** get_qel_typelist(const char* /*key*/, int* count) {
     return nullptr;
   }
   const KeyboardConfigManager& config = *KeyboardConfigManager::GetInstance();
-  std::vector<std::string> keyboards;
+  std::vector<std::string> keyboards;  // stays empty for an unknown language
   config.GetLangLocalKeyboards(*language, keyboards);
 
   MenuList list(keyboards.size());

@@ -27,7 +27,7 @@ constexpr std::size_t kReadOnly = 4;  // the first requests only read
 
 // The log line and the answer if an allocation fails. No answer is partial.
 const std::regex kFailure(
-    "E LogException: .*: (cannot answer|cannot list the choices|not stored completely): "
+    "E LogException: \\S+: (cannot answer|cannot list the choices|not stored completely): "
     "std::bad_alloc\n"
     "(0 \\(null\\)|no list, count 0|1 ko_KR.us_intl_ibm103i (ko_KR|en_US))\n|"
     "E create_provider: out of memory: .*\n1 null\n");

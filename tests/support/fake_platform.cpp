@@ -24,7 +24,7 @@
 #include "kvreg.h"
 #include "qlog.h"
 
-#define JSON_GLIB(function) reinterpret_cast<decltype(&function)>(JsonGlib(#function))
+#define JSON_GLIB(function) reinterpret_cast<decltype(&(function))>(JsonGlib(#function))
 
 namespace {
 
@@ -141,7 +141,7 @@ int devinfo_get_custom_bool(const char* key, bool* value) {
   return DevinfoResult();
 }
 
-// JSON-GLib calls the next two with domains of its own.
+// JSON-GLib also calls the next two, for other domains.
 
 char* bindtextdomain(const char* domain, const char* directory) {
   if (domain != kTextDomain) {
@@ -151,12 +151,14 @@ char* bindtextdomain(const char* domain, const char* directory) {
   return Is("unusable", "text-domain") ? nullptr : Platform().catalogues.data();
 }
 
-// Translates "COM_TV_KEYBOARD_TYPE" to "[COM_TV_KEYBOARD_TYPE]".
 char* dgettext(const char* domain, const char* id) {
+  if (domain != kTextDomain) {
+    return const_cast<char*>(id);
+  }
   const Refusals none(false);
-  static thread_local std::string text;
-  text = domain == kTextDomain ? "[" + std::string(id) + "]" : id;
-  return text.data();
+  thread_local std::string translation;
+  translation = "translated " + std::string(id);
+  return translation.data();
 }
 
 // A host may define this function, for example if it links JSON-GLib statically.
