@@ -38,7 +38,7 @@ class PageState {
   const Row& row(SettingId id) const { return m_rows[static_cast<std::size_t>(id)]; }
   SettingId focused() const { return m_focused; }
   // The position of the focus in the open list; null if no list is open.
-  const std::optional<std::size_t>& list_focus() const { return m_list_focus; }
+  std::optional<std::size_t> list_focus() const { return m_list_focus; }
   bool is_left() const { return m_is_left; }  // Back was pressed while no list was open
 
  private:
