@@ -148,13 +148,13 @@ void Canvas::SetLanguage(const std::string& locale) {
 }
 
 void Canvas::Show(const PageState& state) {
-  SetText(m_page, "title", state.head().title);
+  SetText(m_page, "title", state.title());
   const auto* title = edje_object_part_object_get(m_page, "title");
   Mirror(evas_object_text_direction_get(title) == EVAS_BIDI_DIRECTION_RTL);
   ShowRow("language", state.row(SettingId::kLanguage), state.focused() == SettingId::kLanguage);
   ShowRow("type", state.row(SettingId::kType), state.focused() == SettingId::kType);
   const Setting& focused = state.row(state.focused()).setting;
-  ShowHelp(state.head(), focused);
+  ShowHelp(state.help_image(), focused);
   ShowList(state.list_focus(), focused);
   edje_message_signal_process();
 }
@@ -208,9 +208,9 @@ void Canvas::LoadHelp(const std::string& image) {
   m_help_text = has_own_text ? Place{m_help, "help"} : Place{m_page, "help.text"};
 }
 
-void Canvas::ShowHelp(const PageHead& head, const Setting& setting) {
+void Canvas::ShowHelp(const std::string& image, const Setting& setting) {
   if (m_help == nullptr) {
-    LoadHelp(head.help_image);
+    LoadHelp(image);
   }
   if (m_help_text.object == m_help) {
     edje_object_text_class_set(m_help, kHelpTextClass, m_font.c_str(), kLayoutSize);
