@@ -38,8 +38,11 @@ std::optional<std::string> Setting::CurrentText() const {
 
 PageHead KeyboardPage::ReadHead() const {
   return {m_provider.DisplayName(DATA_PROVIDER_PAGE).value_or(""),
-          m_provider.HelpText(DATA_PROVIDER_PAGE).value_or(""),
-          m_provider.HelpImagePath(DATA_PROVIDER_PAGE).value_or("")};
+          m_provider.HelpText(DATA_PROVIDER_PAGE).value_or("")};
+}
+
+std::string KeyboardPage::ReadHelpImage() const {
+  return m_provider.HelpImagePath(DATA_PROVIDER_PAGE).value_or("");
 }
 
 Setting KeyboardPage::ReadSetting(SettingId id) const {

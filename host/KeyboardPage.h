@@ -40,7 +40,6 @@ struct Setting {
 struct PageHead {
   std::string title;
   std::string help;
-  std::string help_image;  // path on the device
 };
 
 // Returns the type id of a type's value: "kr_ibm106" for "ko_KR.kr_ibm106". Returns a value without
@@ -54,6 +53,7 @@ class KeyboardPage {
 
   // Texts and choices that the provider does not return are empty.
   PageHead ReadHead() const;
+  std::string ReadHelpImage() const;  // its path on the device
   Setting ReadSetting(SettingId id) const;
 
   // Stores a choice. Read the setting again to see what the provider stored.

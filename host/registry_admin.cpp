@@ -10,6 +10,8 @@
 
 namespace {
 
+constexpr char kOtherFile[] = "pass another file for the registry or delete this one";
+
 using Reason = std::array<char, 256>;
 
 std::string Problem(const char* action, const std::string& key, const Reason& reason) {
@@ -25,13 +27,12 @@ std::optional<std::string> WhyUnreadable(const std::string& key) {
   if (kvreg_try(key.c_str(), reason.data(), reason.size()) == 0) {
     return std::nullopt;
   }
-  return Problem("read", key, reason) +
-         "; 'menu_host reset' removes a bad value, otherwise delete the file";
+  return Problem("read", key, reason) + "; try 'menu_host reset', or " + kOtherFile;
 }
 
 void RemoveKey(const std::string& key) {
   Reason reason;
   if (kvreg_unset(key.c_str(), reason.data(), reason.size()) != 0) {
-    throw HostError(Problem("remove", key, reason) + "; delete the file");
+    throw HostError(Problem("remove", key, reason) + "; " + kOtherFile);
   }
 }

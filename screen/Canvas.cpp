@@ -78,6 +78,15 @@ std::size_t FirstShown(std::size_t focused, std::size_t count, std::size_t place
   return std::min(before, count - std::min(count, places));
 }
 
+bool LoadLayout(Evas_Object* help, const std::string& file) {
+  return edje_object_file_set(help, file.c_str(), "help") != EINA_FALSE;
+}
+
+bool LoadImage(Evas_Object* help, const std::string& file) {
+  evas_object_image_file_set(help, file.c_str(), nullptr);
+  return evas_object_image_load_error_get(help) == EVAS_LOAD_ERROR_NONE;
+}
+
 }  // namespace
 
 Canvas::Canvas(Target target, const std::string& layout) {
@@ -139,13 +148,13 @@ void Canvas::SetLanguage(const std::string& locale) {
 }
 
 void Canvas::Show(const PageState& state) {
-  SetText(m_page, "title", state.head().title);
+  SetText(m_page, "title", state.title());
   const auto* title = edje_object_part_object_get(m_page, "title");
   Mirror(evas_object_text_direction_get(title) == EVAS_BIDI_DIRECTION_RTL);
   ShowRow("language", state.row(SettingId::kLanguage), state.focused() == SettingId::kLanguage);
   ShowRow("type", state.row(SettingId::kType), state.focused() == SettingId::kType);
   const Setting& focused = state.row(state.focused()).setting;
-  ShowHelp(state.head(), focused);
+  ShowHelp(state.help_image(), focused);
   ShowList(state.list_focus(), focused);
   edje_message_signal_process();
 }
@@ -185,28 +194,23 @@ void Canvas::ShowRow(const char* part, const Row& row, bool focused) {
 }
 
 void Canvas::LoadHelp(const std::string& image) {
-  const bool has_layout = image.ends_with(".edj");
   const std::string file = LocateFile(image);
+  const bool is_layout = image.ends_with(".edj");
   Evas* evas = ecore_evas_get(m_window.get());
-  m_help = has_layout ? edje_object_add(evas) : evas_object_image_filled_add(evas);
-  if (has_layout) {
-    m_has_help_image = edje_object_file_set(m_help, file.c_str(), "help") != EINA_FALSE;
-  } else {
-    evas_object_image_file_set(m_help, file.c_str(), nullptr);
-    m_has_help_image = evas_object_image_load_error_get(m_help) == EVAS_LOAD_ERROR_NONE;
-  }
+  m_help = is_layout ? edje_object_add(evas) : evas_object_image_filled_add(evas);
+  m_has_help_image = is_layout ? LoadLayout(m_help, file) : LoadImage(m_help, file);
   if (!m_has_help_image) {
     PrintOnce("cannot show the help image " + Quoted(file));
   }
   Switch(m_page, "help.trouble", !m_has_help_image);
-  edje_object_part_swallow(m_page, has_layout && m_has_help_image ? "help.layout" : "help.picture",
-                           m_help);
-  m_help_text = has_layout && m_has_help_image ? Place{m_help, "help"} : Place{m_page, "help.text"};
+  const bool has_own_text = is_layout && m_has_help_image;
+  edje_object_part_swallow(m_page, has_own_text ? "help.layout" : "help.picture", m_help);
+  m_help_text = has_own_text ? Place{m_help, "help"} : Place{m_page, "help.text"};
 }
 
-void Canvas::ShowHelp(const PageHead& head, const Setting& setting) {
+void Canvas::ShowHelp(const std::string& image, const Setting& setting) {
   if (m_help == nullptr) {
-    LoadHelp(head.help_image);
+    LoadHelp(image);
   }
   if (m_help_text.object == m_help) {
     edje_object_text_class_set(m_help, kHelpTextClass, m_font.c_str(), kLayoutSize);
@@ -220,7 +224,7 @@ void Canvas::ShowHelpText(const std::string& text) const {
   edje_object_part_text_unescaped_set(m_help_text.object, m_help_text.part, text.c_str());
 }
 
-void Canvas::ShowList(const std::optional<std::size_t>& focus, const Setting& setting) {
+void Canvas::ShowList(std::optional<std::size_t> focus, const Setting& setting) {
   const std::string moves = m_slides ? "slide," : "";
   edje_object_signal_emit(m_page, "list", (moves + (focus ? "on" : "off")).c_str());
   if (!focus) {

@@ -70,8 +70,8 @@ class Canvas {
   void Mirror(bool is_mirrored);
   void ShowRow(const char* part, const Row& row, bool focused);
   void LoadHelp(const std::string& image);
-  void ShowHelp(const PageHead& head, const Setting& setting);
-  void ShowList(const std::optional<std::size_t>& focus, const Setting& setting);
+  void ShowHelp(const std::string& image, const Setting& setting);
+  void ShowList(std::optional<std::size_t> focus, const Setting& setting);
   void PrintOnce(const std::string& problem);
   void Press(const Evas_Event_Key_Down& event);
   void Release(const Evas_Event_Key_Up& event);

@@ -19,7 +19,10 @@ Row ReadRow(const KeyboardPage& page, SettingId id) {
 
 }  // namespace
 
-PageState::PageState(KeyboardPage& page) : m_page(page), m_head(page.ReadHead()) { ReadRows(); }
+PageState::PageState(KeyboardPage& page)
+    : m_page(page), m_title(page.ReadHead().title), m_help_image(page.ReadHelpImage()) {
+  ReadRows();
+}
 
 void PageState::ReadRows() {
   for (const SettingId id : kSettingIds) {

@@ -34,11 +34,12 @@ class PageState {
   void Focus(SettingId id) { m_focused = id; }
   void Open();  // opens the list of the focused setting, which may be empty
 
-  const PageHead& head() const { return m_head; }
+  const std::string& title() const { return m_title; }
+  const std::string& help_image() const { return m_help_image; }  // its path on the device
   const Row& row(SettingId id) const { return m_rows[static_cast<std::size_t>(id)]; }
   SettingId focused() const { return m_focused; }
   // The position of the focus in the open list; null if no list is open.
-  const std::optional<std::size_t>& list_focus() const { return m_list_focus; }
+  std::optional<std::size_t> list_focus() const { return m_list_focus; }
   bool is_left() const { return m_is_left; }  // Back was pressed while no list was open
 
  private:
@@ -48,7 +49,8 @@ class PageState {
   void ReadRows();
 
   KeyboardPage& m_page;
-  PageHead m_head;
+  std::string m_title;
+  std::string m_help_image;
   std::array<Row, kSettingIds.size()> m_rows;
   SettingId m_focused = SettingId::kLanguage;
   std::optional<std::size_t> m_list_focus;

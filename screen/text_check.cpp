@@ -40,7 +40,7 @@ class TextCheck {
     m_canvas.SetLanguage(language);
     const PageState state(m_page);
     m_canvas.Show(state);
-    CheckText(state.head().title, {{m_canvas.page(), "title"}});
+    CheckText(state.title(), {{m_canvas.page(), "title"}});
     for (const SettingId id : kSettingIds) {
       const Setting& setting = state.row(id).setting;
       CheckText(setting.name,

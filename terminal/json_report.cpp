@@ -26,10 +26,11 @@ void Print(const Json& document) {
 
 class JsonReport : public Report {
  public:
-  void Page(const PageHead& head, const Setting& language, const Setting& type) override {
+  void Page(const PageHead& head, const std::string& help_image, const Setting& language,
+            const Setting& type) override {
     Print({{"title", head.title},
            {"help", head.help},
-           {"help_image", head.help_image},
+           {"help_image", help_image},
            {"language", Document(language)},
            {"type", Document(type)}});
   }

@@ -62,7 +62,7 @@ void Reset(const KeyboardPage& page, Report& report) {
 }
 
 void ShowPage(const KeyboardPage& page, Report& report) {
-  report.Page(page.ReadHead(), page.ReadSetting(SettingId::kLanguage),
+  report.Page(page.ReadHead(), page.ReadHelpImage(), page.ReadSetting(SettingId::kLanguage),
               page.ReadSetting(SettingId::kType));
 }
 
@@ -73,7 +73,7 @@ ProviderInfo ReadProviderInfo(const std::string& plugin) {
   return {provider.ModuleInfo(DATA_PROVIDER_OWNER).value_or(""),
           provider.ModuleInfo(DATA_PROVIDER_MAIN_COMPONENT).value_or(""),
           provider.ModuleInfo(DATA_PROVIDER_SUB_COMPONENT).value_or(""),
-          page.ReadHead().help_image,
+          page.ReadHelpImage(),
           page.ReadSetting(SettingId::kLanguage).choices.size(),
           page.StoreEachLanguageToReadTypes().size()};
 }

@@ -65,7 +65,7 @@ class PageCheck {
 
   void CheckHelpImage() {
     m_where = "page";
-    const std::string path = m_page.ReadHead().help_image;
+    const std::string path = m_page.ReadHelpImage();
     const std::optional<std::uintmax_t> length = ReadableLength(LocateFile(path));
     if (length.value_or(0) == 0) {
       Add("help image " + Quoted(path), length ? "is empty" : "cannot be read", "install it again");

@@ -26,7 +26,8 @@ class Report {
  public:
   virtual ~Report() = default;
 
-  virtual void Page(const PageHead& head, const Setting& language, const Setting& type) = 0;
+  virtual void Page(const PageHead& head, const std::string& help_image, const Setting& language,
+                    const Setting& type) = 0;
   virtual void Choices(const Setting& setting) = 0;
   virtual void Value(const Setting& setting) = 0;
   virtual void Stored(const Setting& language, const Setting& type) = 0;

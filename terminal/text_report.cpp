@@ -70,10 +70,11 @@ Row SettingRow(const Setting& setting) {
 
 class TextReport : public Report {
  public:
-  void Page(const PageHead& head, const Setting& language, const Setting& type) override {
+  void Page(const PageHead& head, const std::string& help_image, const Setting& language,
+            const Setting& type) override {
     Print(head.title);
     Print("  " + head.help);
-    Print("  " + head.help_image);
+    Print("  " + help_image);
     Print("");
     const std::vector<std::string> lines = AlignColumns({SettingRow(language), SettingRow(type)});
     Print(lines[0]);

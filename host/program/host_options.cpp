@@ -24,10 +24,12 @@ std::string CheckLocale(const std::string& text) {
              : "invalid locale " + Quoted(text) + "; pass one such as ko or ko_KR";
 }
 
-std::string CheckGiven(const std::string& text) { return text.empty() ? "is empty" : ""; }
+std::string CheckGiven(const std::string& text) { return text.empty() ? "the value is empty" : ""; }
 
 std::string CheckSetting(const std::string& word) {
-  return word == "language" || word == "type" ? "" : "unknown setting " + Quoted(word);
+  return word == "language" || word == "type"
+             ? ""
+             : "unknown setting " + Quoted(word) + "; available: language, type";
 }
 
 // Not a check of the option: recent versions of CLI11 drop an environment variable that fails one.
