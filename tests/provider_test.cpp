@@ -48,7 +48,7 @@ TEST(Provider, AcceptsNullAndLeavesIntegersUnchanged) {
     list[i][i / 2] = strdup("one of the two strings");
   }
   EXPECT_EQ(table.free_list_items(reinterpret_cast<void**>(list), 3), 0);
-  EXPECT_EQ(table.free_list_items(static_cast<void**>(std::malloc(1)), -1), 0);
+  EXPECT_EQ(table.free_list_items(static_cast<void**>(std::malloc(sizeof(void*))), -1), 0);
   EXPECT_EQ(table.free_list_items(nullptr, 3), 0);
 
   for (const auto get : {table.get_list_item_display_value, table.get_list_item_string_value}) {
