@@ -21,7 +21,7 @@ const char* KeyOf(SettingId id);
 
 struct Choice {
   std::string value;  // as stored in the registry: "ko_KR", or for a type "ko_KR.kr_ibm106"
-  std::string text;   // as the user reads it
+  std::string text;   // as the viewer reads it
 };
 
 struct Setting {

@@ -1,4 +1,4 @@
-// The language in which the user reads the page. gettext takes it from the environment variable
+// The language in which the viewer reads the page. gettext reads it from the environment variable
 // LANGUAGE, so the machine needs no locale of that language.
 #ifndef HOST_UI_LANGUAGE_H
 #define HOST_UI_LANGUAGE_H
@@ -13,7 +13,7 @@ inline constexpr char kNoLanguage[] = "C";
 // and LANGUAGE of the process. Throws HostError if the machine has no suitable UTF-8 locale.
 void UseUiLanguage(const std::string& locale);
 
-// Adds the territory of `locale` to the translated name of its language, in the user's language:
+// Adds the territory of `locale` to the translated name of its language, in the viewer's language:
 // "Englisch (Vereinigtes Königreich)" for "Englisch" and "en_GB". The names of territories and the
 // pattern are the Unicode CLDR's.
 std::string WithTerritory(const std::string& language, const std::string& locale);
