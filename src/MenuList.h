@@ -27,7 +27,7 @@ class MenuList {
   // std::bad_alloc.
   MenuListItem& AddItem();
 
-  // Hands the array over to the caller. It may be null if `count` is 0.
+  // Transfers the array to the caller. It may be null if `count` is 0.
   void** Release() noexcept;
 
  private:
