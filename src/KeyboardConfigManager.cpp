@@ -35,8 +35,8 @@ struct Filling {
   dlopen("libjson-glib-1.0.so.0", RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE);
 }
 
-// The next three return null if the node is null or has another type. In these
-// cases the getters of JSON-GLib log a critical error, which ends a process that runs with
+// The next three functions return null if the node is null or has another type. In these cases the
+// getters of JSON-GLib log a critical error, which ends a process that runs with
 // G_DEBUG=fatal-criticals.
 
 JsonObject* ObjectOf(JsonNode* node) {

@@ -106,9 +106,9 @@ typedef struct data_provider_cbs {
    *
    * language  `value` is a locale code. If it is not one of the choices, the first English choice
    *           ("en_US" or "en_GB") is stored instead. Then the first keyboard type of that language
-   *           is stored, or "us_intl_ibm103i" if it has none, in the form "ko_KR.kr_ibm106". This
-   *           replaces any stored type. If the language cannot be written, the type stays
-   *           unchanged.
+   *           is stored in the form "ko_KR.kr_ibm106". If the language has no types,
+   *           "us_intl_ibm103i" is used. This replaces any stored type. If the language
+   *           cannot be written, the type stays unchanged.
    * type      `value` is stored without a check.
    *
    * A language is stored with two registry writes. If the process ends between the two, the old
@@ -136,14 +136,14 @@ typedef struct data_provider_cbs {
   int (*release_string)(char* string);
 
   /*
-   * Slot 13, offset 104. The translated display name of any of the three items. `*name` is the
-   * message id if the catalogue has no translation, or if an allocation of gettext failed while it
-   * loaded the catalogue in this process. It is null if the provider's own allocation fails. Always
+   * Slot 13, offset 104. The translated display name of an item. `*name` is the message
+   * id if the catalogue has no translation, or if an allocation of gettext failed while it loaded
+   * the catalogue in this process. `*name` is null if the provider's own allocation fails. Always
    * returns 0.
    */
   int (*get_display_name)(const char* key, char** name);
 
-  /* Slot 14, offset 112. The translated help text of any of the three items, like slot 13. */
+  /* Slot 14, offset 112. The translated help text of an item. Otherwise like slot 13. */
   int (*get_help_text)(const char* key, char** text);
   data_provider_reserved reserved_15[1];
 

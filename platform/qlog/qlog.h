@@ -20,8 +20,8 @@ enum { QLOG_ID_MAIN = 0 };
 enum { QLOG_PRIORITY_INFO = 4, QLOG_PRIORITY_WARNING = 5, QLOG_PRIORITY_ERROR = 6 };
 
 /*
- * Logs a message with a format like printf(). Returns the number of bytes written (0 if
- * the message is below the threshold), or a negative value on failure.
+ * Logs a message with a format like printf(). Returns the number of bytes written (0 if the message
+ * is below the threshold), or a negative value on failure.
  */
 __attribute__((visibility("default"), format(printf, 4, 5))) int __qlog_print(
     int log_id, int priority, const char* tag, const char* format, ...);

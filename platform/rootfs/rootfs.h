@@ -1,10 +1,10 @@
 /*
  * The root filesystem of a device, in a folder of this machine.
  *
- * A device does not need this stand-in, because /usr/share/lib-morvith-tv exists there.
- * The stand-in replaces the two functions with which the library opens files: bindtextdomain() and
+ * A device does not need this stand-in, because /usr/share/lib-morvith-tv exists there. The
+ * stand-in replaces the two functions with which the library opens files: bindtextdomain() and
  * json_parser_load_from_file(). For a path in /usr/share/lib-morvith-tv they open
- * $ROOTFS_DIR/usr/share/lib-morvith-tv/...; other paths stay unchanged. Each call reads the
+ * $ROOTFS_DIR/usr/share/lib-morvith-tv/... instead. Other paths stay unchanged. Each call reads the
  * environment variable ROOTFS_DIR. If it is unset or empty, the root is "/". Nothing is allocated.
  * All functions may be called from any thread.
  */
