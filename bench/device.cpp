@@ -1,6 +1,5 @@
-// A device that costs almost nothing. The program exports these functions in place of the
-// stand-ins. Korean is the stored language, all languages are supported, and the log drops each
-// line.
+// Services of a device that cost almost nothing. The program exports these functions instead of the
+// stand-ins. Korean is the stored language, all languages are supported, and nothing is logged.
 #include <cstdlib>
 #include <cstring>
 #include <numeric>

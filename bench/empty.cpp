@@ -1,1 +1,2 @@
-// An empty library with the dependencies of the plug-in: loading it is the floor of loading.
+// An empty library with the dependencies of the plug-in. Loading it measures the minimum cost of
+// loading a plug-in.

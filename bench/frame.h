@@ -1,4 +1,4 @@
-// The frame of the benchmark programs: takes each step of a table and prints its costs.
+// Shared code of the benchmark programs: runs each step and prints its cost.
 #ifndef BENCH_FRAME_H
 #define BENCH_FRAME_H
 
@@ -23,8 +23,8 @@ struct Step {
 // For a step that takes microseconds.
 constexpr int kManyRounds = 1000;
 
-// Returns the peak memory of this process, in KiB, or 0. getrusage() would include the memory of
-// the program that started this one, and a stream would use the heap.
+// Returns the peak memory of this process, in KiB, or 0 if it is unknown. getrusage() would
+// include the memory of the program that started this one. A stream would use the heap.
 inline long PeakMemory() {
   char status[4096] = {};
   const int file = open("/proc/self/status", O_RDONLY);
@@ -34,9 +34,9 @@ inline long PeakMemory() {
   return peak == nullptr ? 0 : std::strtol(peak + std::strlen("VmHWM:"), nullptr, 10);
 }
 
-// Takes the steps and prints one JSON object for each. The time is processor time, in microseconds,
-// and the mean of the rounds. Under callgrind, also dumps the instructions of the last round, with
-// the name of the step. Returns the exit status of the program.
+// Runs the steps and prints one JSON object for each. "time" is the mean processor time of a round,
+// in microseconds. Under callgrind, also dumps the instructions of the last round, with the name of
+// the step. Returns the exit status of the program.
 inline int TakeSteps(std::initializer_list<Step> steps) {
   std::setvbuf(stdout, nullptr, _IONBF, 0);  // a buffer would be in the heap
   const std::size_t heap_before = mallinfo2().uordblks;
@@ -62,8 +62,8 @@ inline int TakeSteps(std::initializer_list<Step> steps) {
   return EXIT_SUCCESS;
 }
 
-// The steps of every library that is compared. `answer` returns the number of keyboard types that
-// suit Korean and have a name.
+// Runs the two steps that are compared between libraries. `answer` returns the number of keyboard
+// types that suit Korean and have a name.
 inline int TakeAnswers(int (*answer)()) {
   return TakeSteps({{"first answer", answer}, {"repeated answer", answer, kManyRounds}});
 }

@@ -1,4 +1,4 @@
-// The answer of GnomeXkbInfo.
+// Counts the keyboard types for Korean with GnomeXkbInfo.
 #define GNOME_DESKTOP_USE_UNSTABLE_API
 #include <libgnome-desktop/gnome-xkb-info.h>
 

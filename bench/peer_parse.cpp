@@ -1,4 +1,4 @@
-// Not an answer, but the minimum cost of the library's answer: JSON-GLib parses the configuration.
+// Measures the minimum cost of the library's first answer: JSON-GLib parses the configuration.
 //
 // Usage: peer_parse ROOT
 #include <cstdlib>

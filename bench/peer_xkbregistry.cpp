@@ -1,4 +1,4 @@
-// The answer of libxkbregistry.
+// Counts the keyboard types for Korean with libxkbregistry.
 #include <cstring>
 
 #include <xkbcommon/xkbregistry.h>

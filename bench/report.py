@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Does what scripts/bench says, in the build folder that is the first argument."""
+"""Runs the measurements of scripts/bench. The first argument is the build folder."""
 
 import itertools
 import json
@@ -46,8 +46,8 @@ ENVIRONMENT = {"PATH": os.environ["PATH"], "G_SLICE": "default"}
 
 
 def write_configuration(root, size):
-    """Writes a configuration that has a type for each layout and variant in the rules of xkb-data,
-    and each locale that one of them is for. Repeats it `size` times with other names."""
+    """Writes a configuration with a type for each layout and variant of xkb-data, and a list for
+    each locale of these layouts. Writes everything `size` times, each time under other names."""
     layouts = xml.etree.ElementTree.parse(RULES).findall("layoutList/layout")
     names, locales = [], {}
     for suffix, layout in itertools.product(["", *range(1, size)], layouts):
@@ -56,7 +56,7 @@ def write_configuration(root, size):
             parts = [part.findtext("name") for part in dict.fromkeys((base, item))]
             keyboard_type = "_".join([*parts, f"ibm105{suffix}"])
             names.append({"name": keyboard_type, "display_name": item.findtext("description")})
-            # A variant without languages or countries has those of its layout.
+            # A variant that lists no languages or countries inherits those of its layout.
             languages, countries = (
                 [element.text for element in item.findall(path) or base.findall(path)]
                 for path in ("languageList/iso639Id", "countryList/iso3166Id"))
@@ -142,8 +142,8 @@ def compare(accepts):
         print(f"{name}: {figure}, baseline {baseline}, limit {limit:.0f}")
         bad += [] if 0 < figure <= limit else [name]
     if bad:
-        sys.exit(f"error: 0 or above the limit: {', '.join(bad)}; see the callgrind dumps in "
-                 f"{os.getcwd()}/bench, or run {ACCEPT}")
+        sys.exit(f"error: these figures are 0 or above their limit: {', '.join(bad)}; see the "
+                 f"callgrind dumps in {os.getcwd()}/bench, or run {ACCEPT}")
 
 
 def main(build, *options):

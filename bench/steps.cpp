@@ -1,8 +1,8 @@
 // The steps of a settings application that shows the page. At the start, this process has loaded
 // none of the libraries that the plug-in needs.
 //
-// Usage: steps ROOT [answers]. ROOT is laid out like a device. With "answers", takes only the list
-// of types, to compare it with the answers of other libraries.
+// Usage: steps ROOT [answers]. ROOT is laid out like a device. With "answers", requests only the
+// list of types, to compare it with other libraries.
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
@@ -61,7 +61,7 @@ int AskValue() { return AskTexts(Table().get_string, {DATA_PROVIDER_TYPE}); }
 int AskHelpImage() { return AskTexts(Table().get_help_image_path, {DATA_PROVIDER_PAGE}); }
 int SetLanguage() { return Table().set_string(DATA_PROVIDER_LANGUAGE, "ko_KR"); }
 
-// Returns the number of choices. The list contains their names.
+// Returns the number of choices.
 int AskList(const char* key) {
   int count = 0;
   void** list = Table().get_list_items(key, &count);
@@ -85,7 +85,7 @@ int AskPage() {
 
 int main(int count, char** arguments) {
   // The root is the current folder, because the length of a path changes the number of
-  // instructions. gettext translates in the locale C_XX.UTF-8: see host/ui_language.cpp.
+  // instructions. The comment in host/ui_language.cpp explains the locale C_XX.UTF-8.
   if (chdir(arguments[1]) != 0 || setenv("ROOTFS_DIR", ".", 1) != 0 ||
       setenv("LANGUAGE", "ko", 1) != 0 || std::setlocale(LC_ALL, "C_XX.UTF-8") == nullptr) {
     std::perror("error: cannot set up the root or the locale");

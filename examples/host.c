@@ -7,8 +7,8 @@
  *     LC_ALL=C_XX.UTF-8 LANGUAGE=ko \
  *     ./host "$(pkg-config --variable=plugin morvith-dataprovider)" ko_KR
  *
- * gettext ignores LANGUAGE in the locales C and C.UTF-8. C_XX.UTF-8 is C.UTF-8 under another name,
- * so the command also works on a machine without other locales.
+ * gettext ignores LANGUAGE in the locale C and, since glibc 2.39, in C.UTF-8. No locale has the
+ * name C_XX.UTF-8: glibc loads C.UTF-8 for it, and gettext still uses LANGUAGE.
  */
 #include <data_provider.h>
 #include <dlfcn.h>
@@ -18,8 +18,13 @@
 #include <stdlib.h>
 #include <string.h>
 
-/* This host has no default callbacks. */
+/* This host leaves the slots empty that the provider does not write. */
 void init_data_provider_cbs(data_provider_cbs* table) { *table = (data_provider_cbs){0}; }
+
+/* An empty name must not be looked up: gettext would return the header of the catalogue. */
+static const char* translate(const char* name) {
+  return *name == '\0' ? name : dgettext(DATA_PROVIDER_TEXT_DOMAIN, name);
+}
 
 static void show_text(const data_provider_cbs* provider, int (*get)(const char*, char**),
                       const char* key) {
@@ -43,8 +48,7 @@ static void show_setting(const data_provider_cbs* provider, const char* key) {
     provider->get_list_item_string_value(list[i], &value);
     provider->get_list_item_display_value(list[i], &name);
     const char mark = stored != NULL && strcmp(stored, value) == 0 ? '*' : ' ';
-    const int is_id = strcmp(key, DATA_PROVIDER_LANGUAGE) == 0;
-    printf("%c %s  %s\n", mark, value, is_id ? dgettext(DATA_PROVIDER_TEXT_DOMAIN, name) : name);
+    printf("%c %s  %s\n", mark, value, translate(name));
   }
   provider->free_list_items(list, count);
   provider->release_string(stored);
@@ -68,10 +72,12 @@ int main(int argc, char** argv) {
     dlclose(library);
     return EXIT_FAILURE;
   }
-  bind_textdomain_codeset(DATA_PROVIDER_TEXT_DOMAIN, "UTF-8"); /* like the names of types */
+  bind_textdomain_codeset(DATA_PROVIDER_TEXT_DOMAIN,
+                          "UTF-8"); /* the names of types are UTF-8 too */
   const data_provider_cbs* provider = table;
   if (argc == 3) {
-    provider->set_string(DATA_PROVIDER_LANGUAGE, argv[2]); /* the page shows the stored value */
+    provider->set_string(DATA_PROVIDER_LANGUAGE,
+                         argv[2]); /* show_setting() prints what was stored */
   }
   show_text(provider, provider->get_display_name, DATA_PROVIDER_PAGE);
   show_text(provider, provider->get_help_text, DATA_PROVIDER_PAGE);

@@ -1,4 +1,4 @@
-// Fuzzes the reader of the keyboard configuration. The input is the whole file.
+// Fuzzes the code that reads the keyboard configuration. The input is the whole file.
 #include <cstdint>
 #include <string>
 
@@ -21,8 +21,8 @@ int __qlog_print(int /*log_id*/, int priority, const char* /*tag*/, const char* 
   return 0;
 }
 
-// Replaces the function of JSON-GLib, so that no file is written. JSON-GLib leaks for a malformed
-// surrogate pair and for several documents in a file; the library cannot prevent that.
+// Replaces the function of JSON-GLib, so that no file is needed. JSON-GLib leaks memory for a
+// malformed surrogate pair and for several roots in a file; the library cannot prevent that.
 gboolean json_parser_load_from_file(JsonParser* parser, const gchar* /*path*/, GError** error) {
   const __lsan::ScopedDisabler no_leaks;
   const auto size = std::ssize(g_file);

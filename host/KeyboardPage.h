@@ -1,5 +1,5 @@
-// The keyboard settings page as a settings application shows it: it asks a provider for the texts,
-// the stored values and the choices, and translates the names of the choices.
+// The model of the keyboard settings page. It gets the texts, the stored values and the choices
+// from a provider, and translates the names of the choices.
 #ifndef HOST_KEYBOARD_PAGE_H
 #define HOST_KEYBOARD_PAGE_H
 
@@ -21,7 +21,7 @@ const char* KeyOf(SettingId id);
 
 struct Choice {
   std::string value;  // as stored in the registry: "ko_KR", or for a type "ko_KR.kr_ibm106"
-  std::string text;   // as the user reads it
+  std::string text;   // as the viewer reads it
 };
 
 struct Setting {
@@ -51,7 +51,7 @@ class KeyboardPage {
   // `provider` must live longer than the page.
   explicit KeyboardPage(const Provider& provider) : m_provider(provider) {}
 
-  // Texts and choices that the provider does not return are empty.
+  // If the provider does not return a text or a list, it is empty.
   PageHead ReadHead() const;
   std::string ReadHelpImage() const;  // its path on the device
   Setting ReadSetting(SettingId id) const;

@@ -1,5 +1,5 @@
 // A data provider, loaded as a plug-in. Each method calls a slot of its callback table, copies the
-// result, and frees at once what the provider returned.
+// result, and frees the provider's memory immediately.
 #ifndef HOST_PROVIDER_H
 #define HOST_PROVIDER_H
 
@@ -17,8 +17,8 @@ struct ListItem {
 
 class Provider {
  public:
-  // Loads `plugin`, a path, or a file name that the dynamic loader looks for. Throws HostError if
-  // it cannot be loaded or does not fill all slots. The destructor unloads it.
+  // Loads the plug-in. `plugin` is a path, or a file name that the dynamic loader searches for.
+  // Throws HostError if it cannot be loaded or does not fill all slots. The destructor unloads it.
   explicit Provider(const std::string& plugin);
   ~Provider();
   Provider(const Provider&) = delete;
@@ -38,7 +38,7 @@ class Provider {
   std::vector<ListItem> TakeList(void** list, int count) const;
 
   // Direct access to the table and the exported functions, for tests and benchmarks. Both are valid
-  // as long as this object.
+  // during the lifetime of this object.
   const data_provider_cbs& table() const { return *m_table; }
   data_provider_entry create_provider() const { return m_create_provider; }
   data_provider_entry delete_provider() const { return m_delete_provider; }

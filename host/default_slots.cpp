@@ -1,4 +1,4 @@
-// The default slots of a host. The linker leaves this file out of a program that defines
+// The default slots of a host. The linker does not use this file in a program that defines
 // init_data_provider_cbs itself.
 #include "data_provider.h"
 

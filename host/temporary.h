@@ -1,5 +1,5 @@
-// Files and environment variables that last as long as an object. Environment variables belong to
-// the process, so use these only while no other thread reads the environment.
+// Files and environment variables that exist during the lifetime of an object. Environment
+// variables belong to the process, so use these only while no other thread reads the environment.
 #ifndef HOST_TEMPORARY_H
 #define HOST_TEMPORARY_H
 

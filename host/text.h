@@ -10,8 +10,8 @@ std::string Join(const std::vector<std::string>& words);
 
 std::string Quoted(const std::string& text);
 
-// Returns `text` with U+FFFD in place of each control character and each byte that is not UTF-8.
-// A terminal could take them for commands.
+// Replaces each control character and each byte that is not UTF-8 with U+FFFD. A terminal could
+// interpret them as commands.
 std::string Printable(const std::string& text);
 
 #endif

@@ -1,4 +1,4 @@
-// The language in which the user reads the page. gettext takes it from the environment variable
+// The language in which the viewer reads the page. gettext reads it from the environment variable
 // LANGUAGE, so the machine needs no locale of that language.
 #ifndef HOST_UI_LANGUAGE_H
 #define HOST_UI_LANGUAGE_H
@@ -13,9 +13,9 @@ inline constexpr char kNoLanguage[] = "C";
 // and LANGUAGE of the process. Throws HostError if the machine has no suitable UTF-8 locale.
 void UseUiLanguage(const std::string& locale);
 
-// Adds the territory of `locale` to the translated name of its language, in the user's language:
+// Adds the territory of `locale` to the translated name of its language, in the viewer's language:
 // "Englisch (Vereinigtes Königreich)" for "Englisch" and "en_GB". The names of territories and the
-// pattern are the Unicode CLDR's.
+// pattern come from the Unicode CLDR.
 std::string WithTerritory(const std::string& language, const std::string& locale);
 
 // Returns the name of the installed catalogue for `locale`: "ko_KR" if it exists, or else "ko".
@@ -24,7 +24,8 @@ std::optional<std::string> FindCatalogue(const std::string& locale);
 
 struct UiLanguage {
   std::string locale;
-  std::string reason;  // what decided: an option, an environment variable, or "default"
+  std::string
+      reason;  // where the language comes from: an option, an environment variable, or "default"
 };
 
 // Returns `wanted`. If it is empty, returns the user's locale (LC_ALL, LC_MESSAGES or LANG) if it

@@ -1,6 +1,6 @@
-# The Debian packages: the library for a device, the files to build a settings application with,
-# stand-ins for the device's services, and settings applications for a terminal and a screen. Their
-# versions have no Debian revision, because the project itself makes the packages.
+# The Debian packages: the library for a device, its development files, stand-ins for the device's
+# services, and settings applications for a terminal and a screen. Their versions have no Debian
+# revision, because this project builds the packages itself.
 
 set(MORVITH_PACKAGE_CONTACT "nobody <nobody@localhost>" CACHE STRING
   "Maintainer field of the packages, which Debian's format requires")
@@ -20,7 +20,7 @@ set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)  # of the same version
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION libs)
-# dpkg-shlibdeps looks there for the platform's libraries, which no installed package has.
+# dpkg-shlibdeps finds the platform's libraries there, because no installed package contains them.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${MORVITH_PLATFORM_LIBRARY_DIRECTORIES})
 
@@ -44,7 +44,6 @@ if(MORVITH_PLATFORM STREQUAL "stand-in")
   set(CPACK_COMPONENT_RUNTIME_DEPENDS stand_ins)
 
   set(CPACK_DEBIAN_STAND_INS_PACKAGE_NAME morvith-platform-stand-ins)
-  set(CPACK_DEBIAN_STAND_INS_PACKAGE_REPLACES "morvith-menu-host (<= 0.1.0)")  # it had these files
   set(CPACK_DEBIAN_STAND_INS_PACKAGE_CONTROL_EXTRA
     ${CMAKE_CURRENT_LIST_DIR}/stand_ins/shlibs ${CMAKE_CURRENT_LIST_DIR}/stand_ins/triggers)
   set(CPACK_DEBIAN_STAND_INS_PACKAGE_CONTROL_STRICT_PERMISSION ON)

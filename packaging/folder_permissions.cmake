@@ -1,4 +1,4 @@
-# Lets everyone enter the installed folders: a strict umask also restricts the folders that CMake
+# Lets all users enter the installed folders. A strict umask restricts the folders that CMake
 # creates, even with CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS.
 set(folders "")
 foreach(file IN LISTS CMAKE_INSTALL_MANIFEST_FILES)

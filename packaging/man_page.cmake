@@ -1,4 +1,4 @@
-# Makes the man page of a program from the output of its --help.
+# Generates the man page of a program from its --help output.
 find_program(MORVITH_HELP2MAN help2man REQUIRED)
 
 function(add_man_page program name component)

@@ -1,5 +1,5 @@
-# Builds CPack's packages again without what differs between builds or is not needed: file times, and
-# scripts that call ldconfig. dpkg has a trigger for that, and a plug-in needs neither.
+# Repacks the packages with fixed file times and without the scripts that call ldconfig. The
+# stand-ins use a dpkg trigger instead; a plug-in needs no ldconfig.
 foreach(package IN LISTS CPACK_PACKAGE_FILES)
   set(tree ${CPACK_TEMPORARY_DIRECTORY}/unpacked)
   file(REMOVE_RECURSE ${tree})

@@ -1,6 +1,7 @@
-# Uses the libraries of the device SDK instead of the stand-ins. CMAKE_PREFIX_PATH, CMAKE_SYSROOT or
-# CMAKE_FIND_ROOT_PATH says where the SDK is. If a library has another name, set its variable
-# MORVITH_kvreg_LIBRARY, MORVITH_devinfo_LIBRARY or MORVITH_qlog_LIBRARY to the path of the file.
+# Uses the libraries of the device SDK instead of the stand-ins. Set CMAKE_PREFIX_PATH,
+# CMAKE_SYSROOT or CMAKE_FIND_ROOT_PATH to the folder of the SDK. If a library has another name, set
+# its variable MORVITH_kvreg_LIBRARY, MORVITH_devinfo_LIBRARY or MORVITH_qlog_LIBRARY to the path of
+# the file.
 
 set(missing "")
 foreach(name kvreg devinfo qlog)
@@ -15,7 +16,7 @@ foreach(name kvreg devinfo qlog)
   list(APPEND MORVITH_PLATFORM_LIBRARY_DIRECTORIES ${directory})
   add_library(platform_${name} INTERFACE)
   add_library(platform::${name} ALIAS platform_${name})
-  # By its file name: if the library has no SONAME, the linker would record a path.
+  # Link by file name: without a SONAME, the linker would record the full path.
   target_link_directories(platform_${name} INTERFACE ${directory})
   target_link_libraries(platform_${name} INTERFACE -l:${file})
   if(MORVITH_${name}_INCLUDE_DIR)
@@ -27,7 +28,7 @@ endforeach()
 
 if(missing)
   message(FATAL_ERROR
-    "the device SDK has no:${missing}\n"
+    "not found in the device SDK:${missing}\n"
     "Set CMAKE_PREFIX_PATH or CMAKE_SYSROOT to the root of the SDK, or set the variable in brackets "
     "to the library's file. To build without an SDK, set MORVITH_PLATFORM to stand-in.")
 endif()

@@ -1,9 +1,11 @@
 #!/usr/bin/python3
 """Compiles a message catalogue and adds the names of the keyboard types to it.
 
-A name such as "Portuguese (Brazil, no dead keys)" is composed of the language's name and of translated
-words. The catalogue has these words in the context "keyboard name". If it translates a whole name,
-without context, that translation is used. Arguments: CONFIGURATION ENGLISH_CATALOGUE CATALOGUE OUTPUT
+A name such as "Portuguese (Brazil, no dead keys)" consists of the name of a language and of words.
+The catalogue translates these words in the context "keyboard name". If it has a translation of the
+complete name, without a context, that translation is used.
+
+Arguments: CONFIGURATION ENGLISH_CATALOGUE CATALOGUE OUTPUT
 """
 
 import gettext
@@ -28,7 +30,7 @@ def read(catalogue):
 
 
 def display_names(configuration):
-    """The display names that consist of a language and perhaps words, as (name, language, words)."""
+    """Yields (name, language, words) for each display name; `words` may be empty."""
     document = json.loads(pathlib.Path(configuration).read_text("utf-8"))
     for name in sorted({row["display_name"] for row in document["keyboard_name_map"]}):
         language, words = re.fullmatch(r"(.*?)(?: \((.+)\))?", name).groups()
@@ -36,14 +38,14 @@ def display_names(configuration):
 
 
 def language_ids(english_catalogue):
-    """The message id of each language's name, by its name in English."""
+    """Returns a dictionary from the English name of a language to its message id."""
     ids = re.findall(r'^msgid "(\w+_\w+)"$', pathlib.Path(english_catalogue).read_text("utf-8"), re.M)
     english = read(english_catalogue)
     return {english.gettext(message_id): message_id for message_id in ids}
 
 
 def translate(catalogue, ids, name, language, words):
-    """The name in the language of the catalogue. `ids` are from language_ids()."""
+    """Returns the name in the language of the catalogue. `ids` comes from language_ids()."""
     def word_text(word):
         return catalogue.pgettext(CONTEXT, word)
 
@@ -66,10 +68,10 @@ def main(configuration, english_catalogue, catalogue_file, output):
     names = "".join(
         entry(name, translate(catalogue, ids, name, language, words))
         for name, language, words in display_names(configuration)
-        if catalogue.gettext(name) == name)  # else the catalogue has the whole name
+        if catalogue.gettext(name) == name)  # otherwise the catalogue has the complete name
     without_words = run("msggrep", "--invert-match", "--msgctxt", "--fixed-strings",
                         f"--regexp={CONTEXT}", catalogue_file)
-    # A hash table would take another disk block in most catalogues, and would not make gettext faster.
+    # A hash table takes one more disk block in most catalogues, and does not make gettext faster.
     run("msgfmt", "--check-format", "--check-domain", "--no-hash", f"--output-file={output}", "-",
         text=without_words + names.encode())
 

@@ -1,6 +1,6 @@
 # shellcheck shell=bash
-# Sourced by the other scripts. Selects UTF-8, which CPack and the tests need for paths that are not
-# ASCII. With --help, prints the comment at the top of the script and exits.
+# Sourced by the other scripts. Selects a UTF-8 locale, which CPack and the tests need for non-ASCII
+# paths. With --help, prints the comment at the top of the calling script and exits.
 [ "$(locale charmap 2>/dev/null)" = UTF-8 ] || export LC_ALL=C.UTF-8
 case "${1:-}" in
   -h | --help)

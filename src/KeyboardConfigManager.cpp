@@ -18,7 +18,7 @@ using NameTable = std::unordered_map<std::string, std::string, TextHash>;
 using LocaleTable = std::unordered_map<std::string, std::vector<std::string>>;
 
 // The user data of an element callback. C++ exceptions must not unwind through JSON-GLib, which is
-// C: the callback stores an exception here and then skips the remaining elements.
+// C. So the callback stores an exception here and then skips the remaining elements.
 template <typename Table>
 struct Filling {
   const char* name;
@@ -26,16 +26,18 @@ struct Filling {
   std::exception_ptr failure;
 };
 
-// Keeps JSON-GLib loaded when this library is unloaded, because GObject can neither forget a type
-// nor register it again. The library links JSON-GLib, so dlopen finds it under its soname. An
-// address of JSON-GLib would not do: a host may define a function of the same name. This runs when
-// the library is loaded, because a dlopen that runs out of memory makes glibc fail later ones too.
+// Keeps JSON-GLib loaded when this library is unloaded, because GObject can neither unregister a
+// type nor register it twice. This library links JSON-GLib, so dlopen() finds JSON-GLib by its
+// SONAME. dladdr() on a JSON-GLib function does not work here: the host may define a function of
+// that name. This runs when the library is loaded, because after one dlopen() fails for lack of
+// memory, later dlopen() calls in glibc fail too.
 [[gnu::constructor]] void KeepJsonGlibLoaded() {
   dlopen("libjson-glib-1.0.so.0", RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE);
 }
 
-// The next three return null if the node is null or has another type. JSON-GLib's own getters log
-// a critical error then, which ends a process that runs with G_DEBUG=fatal-criticals.
+// The next three functions return null if the node is null or has another type. In these cases the
+// getters of JSON-GLib log a critical error, which ends a process that runs with
+// G_DEBUG=fatal-criticals.
 
 JsonObject* ObjectOf(JsonNode* node) {
   return node != nullptr && JSON_NODE_HOLDS_OBJECT(node) ? json_node_get_object(node) : nullptr;

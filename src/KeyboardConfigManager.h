@@ -8,16 +8,16 @@
 #include <unordered_map>
 #include <vector>
 
-// The standard hash under another name. libstdc++ does not cache the result of a hash that it does
-// not know, so an entry of two strings takes 80 bytes of the heap instead of 96.
+// The standard hash under another name. libstdc++ does not cache the result of a user-defined hash,
+// so an entry of two strings takes 80 bytes of the heap instead of 96.
 struct TextHash {
   std::size_t operator()(const std::string& text) const noexcept {
     return std::hash<std::string>()(text);
   }
 };
 
-// Reads the installed JSON file once, on first use, and never changes afterwards, so any thread may
-// read it. If the file cannot be parsed, an error is logged and both tables stay empty. A bad
+// Reads the installed JSON file once, on first use, and never changes afterwards, so all threads
+// may read it. If the file cannot be parsed, an error is logged and both tables stay empty. A bad
 // element is skipped with a warning. A table or a list that is not an array counts as empty.
 class KeyboardConfigManager {
  public:
@@ -34,7 +34,7 @@ class KeyboardConfigManager {
   bool GetLangLocalKeyboards(const std::string& lang_local,
                              std::vector<std::string>& keyboards) const;
 
-  // Returns the name to show for a type id: the id itself if the configuration has no name for it.
+  // Returns the display name of a type id, or the id if the configuration has no name for it.
   std::string GetKeyboardDisplayName(const std::string& keyboard_type) const;
 
  private:

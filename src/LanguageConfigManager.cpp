@@ -11,8 +11,8 @@
 
 namespace {
 
-// The rows hold arrays, not pointers, because the dynamic loader would have to relocate each
-// pointer whenever the library is loaded.
+// The rows contain arrays, not pointers, because the dynamic loader would relocate each pointer
+// during each load.
 struct LanguageRow {
   sys_lang_id id;
   char lang_sid[32];
@@ -83,7 +83,7 @@ constexpr LanguageRow kLanguageRows[] = {
     {99, "SID_SETUP_LANGUAGE_KHMER", "km_KH"},
 };
 
-// The language that is added on a device that reports no English language.
+// The language that is added if the device reports no English language.
 constexpr char kFallbackSid[] = "SID_SETUP_LANGUAGE_ENGLISH";
 constexpr char kFallbackLocal[] = "en_GB";
 

@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-// The platform's id of a system language.
 using sys_lang_id = int;
 
 struct LanguageInfo {
@@ -13,8 +12,8 @@ struct LanguageInfo {
   std::string lang_local;  // locale code, such as "ko_KR"; identifies the language
 };
 
-// Asks the system-information service once, on first use, and never changes afterwards, so any
-// thread may read it. There is at least one language, and the default is one of the languages.
+// Asks the system-information service once, on first use, and never changes afterwards, so all
+// threads may read it. There is at least one language, and the default is one of the languages.
 class LanguageConfigManager {
  public:
   // Never null. Throws std::bad_alloc if memory runs out during the first use; the next call asks
@@ -28,7 +27,7 @@ class LanguageConfigManager {
   // The languages in the order of the service. A language that is reported twice appears twice.
   const std::vector<LanguageInfo>& GetLanguageInfoVec() const { return m_language_info_vec; }
 
-  // "en_US" or "en_GB": the one that the device reports first, or "en_GB" if it reports neither.
+  // The first English language that the device reports ("en_US" or "en_GB"), otherwise "en_GB".
   const std::string& GetDefaultLangLocal() const { return m_default_lang_local; }
 
  private:

@@ -7,7 +7,7 @@
 
 struct MenuListItem {
   char* string_value;   // the value that the registry stores for this choice
-  char* display_value;  // the text for the user
+  char* display_value;  // the text for the viewer
 };
 
 // Frees the items with their strings, then the array. The list and its items may be null. If
@@ -27,7 +27,7 @@ class MenuList {
   // std::bad_alloc.
   MenuListItem& AddItem();
 
-  // Hands the array over to the caller. It may be null if `count` is 0.
+  // Transfers the array to the caller. It may be null if `count` is 0.
   void** Release() noexcept;
 
  private:

@@ -1,4 +1,4 @@
-// Blocks of the C heap, which the library exchanges with its host and with the platform.
+// Memory blocks on the C heap, which the library exchanges with its host and with the platform.
 #ifndef MORVITH_HEAP_H
 #define MORVITH_HEAP_H
 

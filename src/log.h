@@ -1,5 +1,5 @@
 // The library's log lines. Each has the tag "IME_QEL" and begins with its source file, function and
-// line. A log statement must fit on one line, because compilers differ in __LINE__ otherwise.
+// line. A log statement must fit on one line. Otherwise __LINE__ depends on the compiler.
 #ifndef MORVITH_LOG_H
 #define MORVITH_LOG_H
 

@@ -1,4 +1,4 @@
-// The plug-in boundary: the two exported functions and the callbacks that the host calls.
+// The interface to the host: the two exported functions and the callbacks that the host calls.
 
 #include <algorithm>
 #include <array>
@@ -56,7 +56,6 @@ constexpr std::array<MenuItem, 3> menu_item_list = {{
      get_kvreg_type_string, set_kvreg_type_string, get_qel_typelist},
 }};
 
-// Returns the row of a table with this key, or null.
 template <typename Rows>
 auto FindRow(const Rows& rows, const char* key) -> decltype(rows.data()) {
   const auto* found =
@@ -66,7 +65,6 @@ auto FindRow(const Rows& rows, const char* key) -> decltype(rows.data()) {
   return found == rows.end() ? nullptr : found;
 }
 
-// Logs the exception that is being handled.
 void LogException(const char* key, const char* failure) noexcept {
   try {
     throw;
@@ -77,8 +75,8 @@ void LogException(const char* key, const char* failure) noexcept {
   }
 }
 
-// Runs a request. Any exception is logged and stops here, because none may reach the host. Returns
-// false if there was an exception.
+// Runs a request. Logs any exception and stops it here, because no exception may reach the host.
+// Returns false if there was an exception.
 template <typename Request>
 bool CatchAll(const char* key, const char* failure, Request request) noexcept {
   try {
@@ -140,7 +138,8 @@ int release_string(char* string) noexcept {
   return 0;
 }
 
-// Answers with the name or the help text of an item. `word` says which, for the log.
+// Returns the name or the help text of an item in `*text`. `word` is "display name" or "help text",
+// for the log.
 int GetText(const char* key, MessageId message_id, const char* word, char** text) noexcept {
   const MenuItem* item = FindRow(menu_item_list, key);
   if (item == nullptr || text == nullptr) {
@@ -216,7 +215,7 @@ int get_help_image_path(const char* key, char** path) noexcept {
   return 0;
 }
 
-// In the order of the slots, without a loop or a macro, so that it reads like the header.
+// Assigns the slots in slot order, so that this can be compared with the header.
 void FillSlots(data_provider_cbs& table) {
   table.set_int = set_int;
   table.set_string = set_string;

@@ -57,7 +57,7 @@ void set_kvreg_lang_string(const char* value) {
     QEL_ERROR("Fail Set Default Keyboard Language");
     return;
   }
-  // The stored type always follows the language, because a type value contains its language.
+  // Stores a type of the new language too: the old value contains the old language.
   set_kvreg_type_string(TypeValue(language, FirstKeyboardType(language)).c_str());
 }
 

@@ -1,6 +1,6 @@
 // The stored keyboard language and type, and their lists of choices: the functions of the menu item
-// table. All let the platform's exceptions through. The setter of the language and the list
-// builders throw std::bad_alloc.
+// table. None of them catches exceptions of the platform. The setter of the language and the list
+// builders also throw std::bad_alloc.
 #ifndef MORVITH_WRAP_H
 #define MORVITH_WRAP_H
 
@@ -15,7 +15,7 @@ void set_kvreg_lang_string(const char* value);
 // Stores `value` without checking it. A null value stores nothing.
 void set_kvreg_type_string(const char* value);
 
-// Build a list of choices (MenuList.h). `key` is not read. The type list has the types of the
+// Build a list of choices (MenuList.h). `key` is not used. The type list has the types of the
 // stored language. If that language cannot be read, the type list is null and `*count` unchanged.
 void** get_qel_languagelist(const char* key, int* count);
 void** get_qel_typelist(const char* key, int* count);

@@ -1,4 +1,4 @@
-// A plug-in that is not a complete provider: it fills no slot.
+// An incomplete provider: a plug-in that fills no slot.
 #include <cstdlib>
 
 #include "data_provider.h"

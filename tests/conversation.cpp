@@ -47,14 +47,13 @@ std::pair<std::string, std::string> SplitWord(const std::string& line) {
                                     : std::pair(line.substr(0, space), line.substr(space + 1));
 }
 
-// NULL is a null pointer, "" the empty string.
 const char* Argument(const std::string& text) {
   return text == "NULL" ? nullptr : text == "\"\"" ? "" : text.c_str();
 }
 
 template <typename Request>
 auto InLibrary(Request request) {
-  const Refusals allowed(true);
+  const AllowFailures allowed(true);
   return request();
 }
 
@@ -68,9 +67,9 @@ struct UnloadAtEnd : testing::Environment {
 };
 const testing::Environment* g_unload = testing::AddGlobalTestEnvironment(new UnloadAtEnd);
 
-// Calls the callback with each key, also with a null out-pointer.
-std::string GetStrings(const std::string& command, const std::string& keys) {
-  const auto callback = g_provider->table().*kStringCallbacks.at(command);
+// Calls the callback with each key, and again with a null out-pointer.
+std::string GetStrings(const std::string& verb, const std::string& keys) {
+  const auto callback = g_provider->table().*kStringCallbacks.at(verb);
   std::string answers;
   std::istringstream words(keys);
   for (std::string word; words >> word;) {
@@ -126,26 +125,26 @@ void Begin() {
   Platform().settings = {{"languages", "0 1"}, {"config", kConfig}, {"devinfo", "0"}};
 }
 
-std::string Say(const std::string& order) {
-  const auto [command, rest] = SplitWord(order);
+std::string Say(const std::string& command) {
+  const auto [verb, rest] = SplitWord(command);
   const auto [name, value] = SplitWord(rest);
-  if (command == "types") {
+  if (verb == "types") {
     Say("device config " + rest);
     Say("stored language xx_XX");
     return Say("get_list_items type");
   }
-  if (command == "languages") {
+  if (verb == "languages") {
     Say("device languages " + rest);
     return Say("get_list_items language");
   }
-  if (command == "stored") {
+  if (verb == "stored") {
     Platform().registry[Key(name)] = Argument(value);
     return "";
   }
-  if (command == "device") {
+  if (verb == "device") {
     Platform().settings[name] = Key(value);
     if (name == "languages" || name == "config") {
-      Unload();  // the library reads them once
+      Unload();  // the library reads them only once per load
     }
     return "";
   }
@@ -153,24 +152,23 @@ std::string Say(const std::string& order) {
     g_provider = std::make_unique<Provider>(TEST_PLUGIN);
     Platform().log.clear();
   }
-  const std::string answer = Ask(order);
+  const std::string answer = Ask(command);
   return std::exchange(Platform().log, "") + answer;
 }
 
 std::string Ask(const std::string& request) {
-  const auto [command, rest] = SplitWord(request);
+  const auto [verb, rest] = SplitWord(request);
   const auto [word, value] = SplitWord(rest);
   const std::string key = Key(word);
-  if (command == "reads") {
+  if (verb == "reads") {
     const std::string languages = std::to_string(Platform().language_reads);
     return languages + " " + std::to_string(Platform().config_reads) + "\n";
   }
-  if (command == "create") {
+  if (verb == "create") {
     return CreateProvider();
   }
-  if (command == "get_list_items") {
+  if (verb == "get_list_items") {
     return GetListItems(Argument(key));
   }
-  return command == "set_string" ? SetString(Argument(key), Argument(value))
-                                 : GetStrings(command, rest);
+  return verb == "set_string" ? SetString(Argument(key), Argument(value)) : GetStrings(verb, rest);
 }

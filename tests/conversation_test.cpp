@@ -1,4 +1,4 @@
-// Runs the conversations in conversations/*.txt.
+// Runs the conversations in conversations/*.txt. CONTRIBUTING.md describes their format.
 #include <filesystem>
 #include <fstream>
 
@@ -6,14 +6,12 @@
 
 #include "conversation.h"
 
-// A line that begins with "#" starts a new conversation. A line that begins with "> " is an order.
-// The lines below an order are its answer. Blank lines are ignored.
 TEST(Conversations, HaveTheWrittenAnswers) {
   for (const auto& entry : std::filesystem::directory_iterator(TEST_CONVERSATIONS)) {
     std::ifstream file(entry.path());
     std::string expected;
     std::string actual;
-    const auto compare = [&] {  // one conversation at a time, for a short message
+    const auto compare = [&] {  // after each conversation, so that a failure message is short
       EXPECT_EQ(actual, expected) << entry.path();
       actual.clear();
       expected.clear();

@@ -112,7 +112,7 @@ class PackageTest(unittest.TestCase):
             "DEVINFO_PROFILE=usr/share/morvith-platform-stand-ins/devices/global.ini",
             "KVREG_FILE=registry.db", "LC_ALL=C_XX.UTF-8", "LANGUAGE=ko",
             *EMULATOR, "./host", output(*ask, "--variable=plugin").strip(), "ko_KR")
-        self.assertRegex(shown, r"\n\* ko_KR  한국어\n(.*\n)*\* ko_KR.kr_ibm106  Korean")
+        self.assertRegex(shown, r"\n\* ko_KR  한국어\n(.*\n)*\* ko_KR.kr_ibm106  한국어")
 
 
 if __name__ == "__main__":

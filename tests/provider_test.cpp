@@ -1,4 +1,4 @@
-// Tests of the callback table, of null arguments, of the language table, and of long texts.
+// Tests of the callback table, null arguments, the language table and long texts.
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -71,26 +71,25 @@ TEST(Provider, AcceptsNullAndLeavesIntegersUnchanged) {
   EXPECT_EQ(Platform().log, "E create_provider: cannot create a provider: the handle is null\n");
 }
 
-// Compares the language table with the one in the documentation.
 TEST(Provider, KnowsTheDocumentedLanguages) {
   std::ifstream file(TEST_LANGUAGE_TABLE);
   const std::regex row(R"(\| (\d+) \| `(\w+)` \| `(\w+)` \|)");
   Begin();
-  std::string order = "languages";
+  std::string command = "languages";
   std::string answer;
   std::smatch found;
   for (std::string line; std::getline(file, line);) {
     if (std::regex_match(line, found, row)) {
-      order += " " + found.str(1);
+      command += " " + found.str(1);
       answer += found.str(2) + " | " + found.str(3) + "\n";
     }
   }
-  EXPECT_EQ(Say(order), answer);
+  EXPECT_EQ(Say(command), answer);
 }
 
 TEST(Provider, CutsTextsOfTypesAfter254Bytes) {
   Begin();
-  for (const std::size_t room : {0U, 1U}) {  // for the second byte of the last character
+  for (const std::size_t room : {0U, 1U}) {  // 0: é is split after byte 254; 1: it fits
     const std::string name = std::string(253 - room, 'n') + "é";
     const std::string type = name.substr(sizeof("xx_XX.") - 1);
     const std::string answer = Say(

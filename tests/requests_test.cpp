@@ -1,4 +1,4 @@
-// Requests under allocation failure, over unload cycles, and from many threads.
+// Tests of requests under allocation failure, over unload cycles, and from many threads.
 #include <algorithm>
 #include <barrier>
 #include <cstdint>
@@ -23,16 +23,16 @@ const std::vector<std::string> kRequests = {
     "get_display_name type",    "get_string type", "get_list_items language",
     "get_list_items type",      "create",          "set_string type any",
     "set_string language en_US"};
-constexpr std::size_t kReadOnly = 4;  // the first requests only read
+constexpr std::size_t kReadOnly = 4;  // the first four requests only read
 
-// The log line and the answer if an allocation fails. No answer is partial.
+// The allowed log lines and answers if an allocation fails. A partial answer is not allowed.
 const std::regex kFailure(
     "E LogException: \\S+: (cannot answer|cannot list the choices|not stored completely): "
     "std::bad_alloc\n"
     "(0 \\(null\\)|no list, count 0|1 ko_KR.us_intl_ibm103i (ko_KR|en_US))\n|"
     "E create_provider: out of memory: .*\n1 null\n");
 
-// Loads the library, which has not read the languages or the configuration yet.
+// Loads the library. Afterwards it has not read the languages or the configuration.
 void Prepare() {
   Begin();
   Say("stored language ko_KR");
@@ -45,19 +45,19 @@ std::string CompleteAnswer(const std::string& request) {
   return Ask(request);
 }
 
-// Sends the request to a newly loaded library while the allocations number `first` to `end` - 1
-// fail, and again afterwards. Returns false if there was no allocation number `first`.
-bool RefuseAndRetry(const std::string& request, std::size_t first, std::size_t end) {
+// Sends the request to a newly loaded library while allocations `first` to `end` - 1 fail (counted
+// from 0), and again afterwards. Returns false if there was no allocation `first`.
+bool FailAndRetry(const std::string& request, std::size_t first, std::size_t end) {
   const std::string complete = CompleteAnswer(request);
   Prepare();
-  RefuseAllocations(first, end);
+  FailAllocations(first, end);
   std::string answer = Ask(request);
-  const bool refused = EndRefusals();
+  const bool has_failed = EndFailures();
   answer.insert(0, Platform().log);
   EXPECT_TRUE(answer == complete || std::regex_match(answer, kFailure))
       << request << ", allocation " << first << ": " << answer;
   EXPECT_EQ(Ask(request), complete) << "when there is memory again";
-  return refused;
+  return has_failed;
 }
 
 long ResidentPages() {
@@ -71,11 +71,14 @@ long ResidentPages() {
 
 // The leak sanitizer and valgrind check that nothing leaks.
 TEST(Requests, SurviveAllocationFailure) {
+  std::size_t failures = 0;
   for (const std::string& request : kRequests) {
-    for (std::size_t first = 0; RefuseAndRetry(request, first, first + 1); ++first) {
-      RefuseAndRetry(request, first, SIZE_MAX);
+    for (std::size_t first = 0; FailAndRetry(request, first, first + 1); ++first) {
+      FailAndRetry(request, first, SIZE_MAX);
+      ++failures;
     }
   }
+  EXPECT_GT(failures, kRequests.size());
 }
 
 // calloc() may return null for a size of 0. That is not an allocation failure.
@@ -83,9 +86,9 @@ TEST(Requests, ReturnAnEmptyListWithoutAnArray) {
   Begin();
   Say("stored language fr_CA");
   EXPECT_EQ(Say("get_list_items type"), "empty list\n");
-  RefuseAllocations(0, 1);
+  FailAllocations(0, 1);
   EXPECT_EQ(Say("get_list_items type"), "no list, count 0\n");
-  EXPECT_TRUE(EndRefusals());
+  EXPECT_TRUE(EndFailures());
 }
 
 TEST(Requests, LeakNothingOverUnloadCycles) {
@@ -102,12 +105,13 @@ TEST(Requests, LeakNothingOverUnloadCycles) {
     }
     warm = cycle == cycles / 10 ? ResidentPages() : warm;
   }
-  if (cycles >= 10'000) {  // fewer cycles: a sanitizer or valgrind, which delay freeing
+  if (cycles >=
+      10'000) {  // with fewer cycles, a sanitizer or valgrind runs, which free memory later
     EXPECT_LE(ResidentPages(), warm + 16) << "of " << warm;
   }
 }
 
-TEST(Requests, OfThreadsReadTheDeviceOnce) {
+TEST(Requests, FromManyThreadsReadTheDeviceOnce) {
   std::vector<std::string> complete;
   std::ranges::transform(kRequests, std::back_inserter(complete), CompleteAnswer);
   for (int round = 0; round < 50; ++round) {

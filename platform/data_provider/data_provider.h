@@ -1,6 +1,6 @@
 /*
- * The boundary between the settings application (the host) and a data provider: the two functions
- * that a provider exports, and the callback table that they exchange. Plain C, for C11 and C++.
+ * The interface between the settings application (the host) and a data provider: the two functions
+ * that a provider exports, and the callback table that it fills. For C11 and C++.
  *
  * This is the contract of the keyboard settings provider, libmorvith_dataprovider. The provider
  * serves three menu items, whose keys are defined below: the page and its two settings, the
@@ -24,28 +24,28 @@
  *
  *  1. Memory. A callback returns a new block on the C heap. The host owns the block and gives it
  *     back: a string with `release_string`, a list with `free_list_items`, the table with
- *     `delete_provider`. Arguments are borrowed for the call.
- *  2. Null. A null key is an unknown key. If an out-pointer is null, nothing is written and nothing
- *     is allocated for it.
+ *     `delete_provider`. The provider does not use an argument after the call.
+ *  2. Null. A null key is treated as an unknown key. If an out-pointer is null, nothing is written
+ *     and nothing is allocated for it.
  *  3. Keys. They are compared as a whole, and case-sensitively. For an unknown key a callback does
  *     nothing and leaves the out value unchanged.
  *  4. Text. Strings end with a NUL. Texts of the keyboard configuration are UTF-8. Translated texts
- *     have the codeset of the host's LC_CTYPE. If that is not UTF-8, the host should call
+ *     have the character encoding of the host's LC_CTYPE. If it is not UTF-8, the host should call
  *     bind_textdomain_codeset(DATA_PROVIDER_TEXT_DOMAIN, "UTF-8") after `create_provider`.
  *  5. Errors. No callback throws or aborts because of the contents of the data files, or because of
- *     an answer of the registry or the system-information service. If such a service throws an
- *     exception, the provider catches it, and the request fails as on allocation failure. Errors
+ *     an answer of the registry or the system-information service. If one of them throws an
+ *     exception, the provider catches it. The request then fails as on allocation failure. Errors
  *     are logged to the platform log with the tag "IME_QEL". One limit: JSON-GLib before 1.10
- *     overflows the stack if the keyboard configuration nests tens of thousands of levels, or
- *     hundreds of levels on a thread with a small stack.
- *  6. Allocation failure. The request fails as its slot says, leaks nothing, and works again when
- *     there is memory. Two limits:
+ *     overflows the stack if the keyboard configuration has tens of thousands of nested levels, or
+ *     hundreds of them on a thread with a small stack.
+ *  6. Allocation failure. The request fails as its slot describes and leaks nothing. It works again
+ *     when there is memory. Two limits:
  *       - If an allocation of GLib fails, GLib ends the process. The provider uses GLib only in the
  *         first request that needs the keyboard configuration.
- *       - If an allocation of the provider fails while it is being loaded, std::bad_alloc leaves
- *         dlopen(). This ends the process unless the host catches the exception. A host that
+ *       - If an allocation of the provider fails while it is being loaded, dlopen() throws
+ *         std::bad_alloc. This ends the process unless the host catches the exception. A host that
  *         catches it must not load the provider again, because its language table would be empty.
- *         In glibc, dlopen() then also blocks in every other thread.
+ *         In glibc, dlopen() then blocks in all other threads.
  *  7. Threads. A callback runs on the thread that calls it. The provider has no threads and no
  *     locks. Calls may overlap if the platform's services allow it. The configuration is loaded
  *     once, by the first call that needs it, and is read-only afterwards.
@@ -53,7 +53,7 @@
  *         memory. A host that cancels threads must disable cancellation around its calls.
  *       - The log, the registry and the system-information service must not call the provider. A
  *         request that is loading the configuration would wait for itself.
- *       - The log must not throw. The process would end.
+ *       - The log must not throw. If it throws, the process ends.
  *  8. Lifetime. The callbacks are valid while the provider is loaded. Every list must be given back
  *     before the provider is unloaded. The supported languages and the keyboard configuration are
  *     read once for each load. The registry and the Bluetooth capability are read on every request.
@@ -87,7 +87,7 @@ extern "C" {
 #define DATA_PROVIDER_MAIN_COMPONENT "provider/main-component"
 #define DATA_PROVIDER_SUB_COMPONENT "provider/sub-component"
 
-/* The gettext domain of display names, help texts and language names. */
+/* The gettext domain of display names, help texts, and the names of languages and types. */
 #define DATA_PROVIDER_TEXT_DOMAIN "lib-morvith-tv"
 
 /* Maximum length of the text and of the value of a type, in bytes without the NUL. */
@@ -101,14 +101,14 @@ typedef struct data_provider_cbs {
   data_provider_reserved reserved_1[5];
 
   /*
-   * Slot 6, offset 48. Stores the user's choice. Always returns 1. The host should read the item
+   * Slot 6, offset 48. Stores the viewer's choice. Always returns 1. The host should read the item
    * again to see what was stored.
    *
    * language  `value` is a locale code. If it is not one of the choices, the first English choice
    *           ("en_US" or "en_GB") is stored instead. Then the first keyboard type of that language
-   *           is stored, or "us_intl_ibm103i" if it has none, in the form "ko_KR.kr_ibm106". This
-   *           replaces any stored type. If the language cannot be written, the type stays
-   *           unchanged.
+   *           is stored in the form "ko_KR.kr_ibm106". If the language has no types,
+   *           "us_intl_ibm103i" is used. This replaces any stored type. If the language
+   *           cannot be written, the type stays unchanged.
    * type      `value` is stored without a check.
    *
    * A language is stored with two registry writes. If the process ends between the two, the old
@@ -136,14 +136,14 @@ typedef struct data_provider_cbs {
   int (*release_string)(char* string);
 
   /*
-   * Slot 13, offset 104. The translated display name of any of the three items. `*name` is the
-   * message id if the catalogue has no translation, or if an allocation of gettext failed while it
-   * loaded the catalogue in this process. It is null if the provider's own allocation fails. Always
+   * Slot 13, offset 104. The translated display name of an item. `*name` is the message
+   * id if the catalogue has no translation, or if an allocation of gettext failed while it loaded
+   * the catalogue in this process. `*name` is null if the provider's own allocation fails. Always
    * returns 0.
    */
   int (*get_display_name)(const char* key, char** name);
 
-  /* Slot 14, offset 112. The translated help text of any of the three items, like slot 13. */
+  /* Slot 14, offset 112. The translated help text of an item. Otherwise like slot 13. */
   int (*get_help_text)(const char* key, char** text);
   data_provider_reserved reserved_15[1];
 
@@ -157,19 +157,24 @@ typedef struct data_provider_cbs {
    *
    *   result  `*count`   meaning
    *   list    above 0    the choices
-   *   list    0          no choices; the list must be given back. It may be null on a C library
-   *                      whose calloc() returns null for a size of 0; glibc's does not.
+   *   list    0          no choices; the list must be given back. If calloc() returns null for
+   *                      size 0 (not in glibc), the list is null.
    *   null    0          an allocation failed, or the platform threw an exception
-   *   null    unchanged  unknown key, the page, or a null `count`; for the type also: no language
-   *                      is stored, or it cannot be read
+   *   null    unchanged  unknown key, the page, or a null `count`
+   *   null    unchanged  types requested, but no language is stored or it cannot be read
    */
   void** (*get_list_items)(const char* key, int* count);
 
   /*
-   * Slot 17, offset 136. The text of a choice. For a language: the message id of its name, which
-   * the host translates; two languages may share it. For a type: its name, cut after
-   * DATA_PROVIDER_TYPE_LENGTH bytes, even in the middle of a UTF-8 character. The string belongs
-   * to the list and must not be released. If `item` is null, `*value` is null. Always returns 0.
+   * Slot 17, offset 136. The display name of a choice. The host should look it up in
+   * DATA_PROVIDER_TEXT_DOMAIN, unless it is empty: gettext returns the header of the catalogue for
+   * an empty name. The string belongs to the list and must not be released. If `item` is null,
+   * `*value` is null. Always returns 0.
+   *
+   * language  The message id of its name. Two languages may share it.
+   * type      Its English name, which the installed catalogues translate. A name without a
+   *           translation is shown as it is. The name is truncated after DATA_PROVIDER_TYPE_LENGTH
+   *           bytes, even in the middle of a UTF-8 character.
    */
   int (*get_list_item_display_value)(void* item, char** value);
   data_provider_reserved reserved_18[1];
@@ -177,8 +182,8 @@ typedef struct data_provider_cbs {
   /*
    * Slot 19, offset 152. The value of a choice, in the form that `set_string` takes and
    * `get_string` returns. For a language: its locale code ("ko_KR"). For a type: the stored
-   * language, a full stop and the type id ("ko_KR.kr_ibm106"), cut like the text. Otherwise like
-   * slot 17.
+   * language, a full stop and the type id ("ko_KR.kr_ibm106"). The value is truncated like the name
+   * in slot 17. Ownership and null: as in slot 17.
    */
   int (*get_list_item_string_value)(void* item, char** value);
 

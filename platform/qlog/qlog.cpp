@@ -45,8 +45,8 @@ std::string_view PriorityName(int value) {
   return found == kPriorities.end() ? "log" : found->name;
 }
 
-// Replaces control characters, also those beyond ASCII, and invalid bytes with '?'. GLib's decoder
-// is used because it does not allocate.
+// Replaces invalid bytes and control characters, including those outside ASCII, with '?'. GLib's
+// decoder is used because it does not allocate.
 void MakePrintable(char* text) {
   char* end = text;
   for (const char* at = text; *at != '\0';) {

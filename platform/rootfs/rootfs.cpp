@@ -26,7 +26,7 @@ std::string_view Root() {
   return root;
 }
 
-// A translated path. A path that is too long is cut, so it names no file. Null stays null.
+// A translated path. A path that is too long is truncated, so no such file exists. Null stays null.
 class Located {
  public:
   explicit Located(const char* path) : m_is_null(path == nullptr) {
@@ -42,8 +42,8 @@ class Located {
 };
 
 // Returns the function that `caller` would call without this stand-in. RTLD_NEXT does not find
-// JSON-GLib if the program loaded it with RTLD_LOCAL, as a dependency of the caller. Then the
-// handle of the caller finds it; in glibc, the link map of a library is its handle.
+// JSON-GLib if the program loaded it with RTLD_LOCAL, as a dependency of the caller. Then dlsym()
+// with the caller's handle finds it. In glibc, the handle of a library is its link map.
 void* Original(const char* function, const void* caller) {
   void* original = dlsym(RTLD_NEXT, function);
   if (original != nullptr) {

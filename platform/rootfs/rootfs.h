@@ -1,12 +1,12 @@
 /*
- * A root filesystem of the device in a folder of this machine.
+ * The root filesystem of a device, in a folder of this machine.
  *
- * The device does not need this stand-in: there the library reads /usr/share/lib-morvith-tv itself.
- * The stand-in replaces the two functions with which the library opens files: bindtextdomain() and
+ * A device does not need this stand-in, because /usr/share/lib-morvith-tv exists there. The
+ * stand-in replaces the two functions with which the library opens files: bindtextdomain() and
  * json_parser_load_from_file(). For a path in /usr/share/lib-morvith-tv they open
- * $ROOTFS_DIR/usr/share/lib-morvith-tv/...; other paths stay unchanged. Each call reads the
- * environment variable ROOTFS_DIR. If it is unset or empty, the root is "/". Nothing is allocated,
- * and any thread may call.
+ * $ROOTFS_DIR/usr/share/lib-morvith-tv/... instead. Other paths stay unchanged. Each call reads the
+ * environment variable ROOTFS_DIR. If it is unset or empty, the root is "/". Nothing is allocated.
+ * All functions may be called from any thread.
  */
 #ifndef ROOTFS_H
 #define ROOTFS_H
@@ -17,12 +17,12 @@
 extern "C" {
 #endif
 
-/* The folder on the device that holds all files that the library reads. */
+/* The folder on the device with all files that the library reads. */
 #define ROOTFS_RESOURCES "/usr/share/lib-morvith-tv"
 
 /*
  * Translates the device path `path` to a path on this machine and writes it to `located`, which has
- * `size` bytes. Returns 0. If the path does not fit, it is cut, and the result is negative.
+ * `size` bytes. Returns 0. If the path does not fit, truncates it and returns a negative value.
  */
 __attribute__((visibility("default"))) int rootfs_locate(const char* path, char* located,
                                                          size_t size);

@@ -1,4 +1,4 @@
-# Keeps the members that the library reads, in the same order. The others are for the checks.
+# Keeps only the members that the library reads, in the same order. The checks use the other members.
 {
   keyboard_name_map: [.keyboard_name_map[] | {name, display_name}],
   lang_local_keyboard_type_table: [

@@ -13,19 +13,19 @@ void* __libc_calloc(std::size_t count, std::size_t size);
 [[gnu::weak]] void* __interceptor_calloc(std::size_t count, std::size_t size);
 }
 
-#define ALLOCATE(function, ...)                                                   \
-  (IsRefused(__builtin_return_address(0)) ? nullptr                               \
-   : &__interceptor_##function            ? __interceptor_##function(__VA_ARGS__) \
-                                          : __libc_##function(__VA_ARGS__))
+#define ALLOCATE(function, ...)                                               \
+  (Fails(__builtin_return_address(0)) ? nullptr                               \
+   : &__interceptor_##function        ? __interceptor_##function(__VA_ARGS__) \
+                                      : __libc_##function(__VA_ARGS__))
 
-constinit thread_local bool g_may_refuse = false;
+constinit thread_local bool g_may_fail = false;
 
 namespace {
 
 bool g_counting = false;
 std::size_t g_count = 0;
-std::size_t g_first_refused = 0;
-std::size_t g_end_of_refused = 0;
+std::size_t g_first_failing = 0;
+std::size_t g_end_of_failing = 0;
 
 bool IsGlib(const void* caller) {
   Dl_info library = {};
@@ -33,26 +33,26 @@ bool IsGlib(const void* caller) {
   return library.dli_fname != nullptr && std::strstr(library.dli_fname, "/libglib") != nullptr;
 }
 
-bool IsRefused(const void* caller) {
-  if (!g_may_refuse || !g_counting || IsGlib(caller)) {
+bool Fails(const void* caller) {
+  if (!g_may_fail || !g_counting || IsGlib(caller)) {
     return false;
   }
   const std::size_t index = g_count++;
-  return index >= g_first_refused && index < g_end_of_refused;
+  return index >= g_first_failing && index < g_end_of_failing;
 }
 
 }  // namespace
 
-void RefuseAllocations(std::size_t first, std::size_t end) {
+void FailAllocations(std::size_t first, std::size_t end) {
   g_count = 0;
-  g_first_refused = first;
-  g_end_of_refused = end;
+  g_first_failing = first;
+  g_end_of_failing = end;
   g_counting = true;
 }
 
-bool EndRefusals() {
+bool EndFailures() {
   g_counting = false;
-  return g_count > g_first_refused;
+  return g_count > g_first_failing;
 }
 
 extern "C" {

@@ -1,25 +1,25 @@
-// A C heap with fault injection. The test program's malloc replaces that of the C library.
+// A C heap with fault injection. The test program's malloc() replaces the C library's malloc().
 #ifndef TESTS_FAILING_ALLOCATOR_H
 #define TESTS_FAILING_ALLOCATOR_H
 
 #include <cstddef>
 #include <utility>
 
-// From now on, the allocations number `first` to `end` - 1 fail, counted from 0. Only those in a
-// scope that allows refusals count, and not those of GLib, which would end the process.
-void RefuseAllocations(std::size_t first, std::size_t end);
+// From now on, allocations `first` to `end` - 1 fail, counted from 0. Only allocations in a scope
+// that allows failures count. GLib's do not, because GLib would end the process.
+void FailAllocations(std::size_t first, std::size_t end);
 
-// Ends the refusals. Returns true if an allocation was refused.
-bool EndRefusals();
+// Ends the failures. Returns true if an allocation failed.
+bool EndFailures();
 
-// True if allocations of this thread count and may be refused.
-extern constinit thread_local bool g_may_refuse;
+// True if allocations of this thread count and can fail.
+extern constinit thread_local bool g_may_fail;
 
-// Allows refusals in a scope, for the library, or forbids them, for a fake.
-class Refusals {
+// Allows failures while library code runs, or forbids them while a test double runs.
+class AllowFailures {
  public:
-  explicit Refusals(bool allowed) : m_before(std::exchange(g_may_refuse, allowed)) {}
-  ~Refusals() { g_may_refuse = m_before; }
+  explicit AllowFailures(bool allowed) : m_before(std::exchange(g_may_fail, allowed)) {}
+  ~AllowFailures() { g_may_fail = m_before; }
 
  private:
   bool m_before;

@@ -52,7 +52,7 @@ void* JsonGlib(const char* function) {
   return address;
 }
 
-// Checks that there is a log statement at the file and line that `text` names.
+// Checks that the file and line in `text` contain a log statement, and adds `text` to the log.
 void AddToLog(int priority, const char* text) {
   std::cmatch parts;
   const std::regex form(R"((\w+\.cpp): (\w+)\((\d+)\) > ([\s\S]*))");
@@ -76,7 +76,7 @@ FakePlatform& Platform() {
 
 extern "C" {
 
-// Each slot gets a different value, so that a test sees which slots the provider wrote.
+// Gives each slot a different value, so that a test can see which slots the provider wrote.
 void init_data_provider_cbs(data_provider_cbs* table) {
   auto* slots = reinterpret_cast<std::uintptr_t*>(table);
   for (std::uintptr_t i = 0; i < sizeof(*table) / sizeof(void*); ++i) {
@@ -90,7 +90,7 @@ int __qlog_print(int log_id, int priority, const char* tag, const char* format, 
   if (priority == QLOG_PRIORITY_INFO && !Is("log", "info")) {
     return 0;
   }
-  const Refusals none(false);
+  const AllowFailures none(false);
   char text[4096];
   va_list arguments;
   va_start(arguments, format);
@@ -103,14 +103,14 @@ int __qlog_print(int log_id, int priority, const char* tag, const char* format, 
 }
 
 char* kvreg_get_str(const char* key) {
-  const Refusals none(false);
+  const AllowFailures none(false);
   const auto& registry = Platform().registry;
   const auto found = registry.find(key);
   return IsUnusable(key) || found == registry.end() ? nullptr : strdup(found->second.c_str());
 }
 
 int kvreg_set_str(const char* key, const char* value) {
-  const Refusals none(false);
+  const AllowFailures none(false);
   if (IsUnusable(key)) {
     return -1;
   }
@@ -119,7 +119,7 @@ int kvreg_set_str(const char* key, const char* value) {
 }
 
 int devinfo_get_value_int_array(int key, devinfo_int_array* out) {
-  const Refusals none(false);
+  const AllowFailures none(false);
   EXPECT_EQ(key, 227);
   EXPECT_TRUE(out->count == 0 && out->values == nullptr) << "the record is not zeroed";
   ++Platform().language_reads;
@@ -141,7 +141,7 @@ int devinfo_get_custom_bool(const char* key, bool* value) {
   return DevinfoResult();
 }
 
-// JSON-GLib also calls the next two, for other domains.
+// JSON-GLib calls the next two functions with other domains.
 
 char* bindtextdomain(const char* domain, const char* directory) {
   if (domain != kTextDomain) {
@@ -155,7 +155,7 @@ char* dgettext(const char* domain, const char* id) {
   if (domain != kTextDomain) {
     return const_cast<char*>(id);
   }
-  const Refusals none(false);
+  const AllowFailures none(false);
   thread_local std::string translation;
   translation = "translated " + std::string(id);
   return translation.data();
@@ -163,12 +163,12 @@ char* dgettext(const char* domain, const char* id) {
 
 // A host may define this function, for example if it links JSON-GLib statically.
 JsonParser* json_parser_new() {
-  const Refusals none(false);
+  const AllowFailures none(false);
   return JSON_GLIB(json_parser_new)();
 }
 
 gboolean json_parser_load_from_file(JsonParser* parser, const gchar* path, GError** error) {
-  const Refusals none(false);
+  const AllowFailures none(false);
   EXPECT_STREQ(path, "/usr/share/lib-morvith-tv/res/config/hw_kbd_lang_config.json");
   ++Platform().config_reads;
   const std::string& config = Platform().settings.at("config");

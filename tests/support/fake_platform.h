@@ -1,5 +1,5 @@
-// A platform that a test sets up and can make fail. The test program exports its functions, so the
-// unmodified plug-in binds to them instead of to the stand-ins and the libraries.
+// A test double of the platform. Tests configure it and inject failures. The test program exports
+// its functions, so the unmodified plug-in calls them instead of the stand-ins and the libraries.
 #ifndef TESTS_FAKE_PLATFORM_H
 #define TESTS_FAKE_PLATFORM_H
 
@@ -17,18 +17,18 @@ struct FakePlatform {
   // logged only if the setting "log" is "info".
   std::string log;
 
-  // How often the library read the languages and the keyboard configuration.
   int language_reads = 0;
   int config_reads = 0;
 
-  // Where the library expects its catalogues.
+  // The folder in which the library looks for its catalogues.
   std::string catalogues;
 
   // Called by init_data_provider_cbs.
   std::function<void()> on_init = [] {};
 };
 
-// Has no lock, so the thread sanitizer reports if the library writes in a request that only reads.
+// The platform has no lock. So the thread sanitizer reports an error if a request that only reads
+// writes to the platform.
 FakePlatform& Platform();
 
 #endif
