@@ -6,12 +6,13 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <set>
 #include <system_error>
-#include <vector>
 
 #include <langinfo.h>
 #include <libintl.h>
 
+#include "catalogue.h"
 #include "data_provider.h"
 #include "error.h"
 #include "text.h"
@@ -33,6 +34,8 @@ bool Translates(const char* locale) {
   return name != "C" && name != "POSIX" && !name.starts_with("C.") &&
          std::strcmp(nl_langinfo(CODESET), "UTF-8") == 0;
 }
+
+std::string LanguageOf(const std::string& locale) { return locale.substr(0, locale.find('_')); }
 
 fs::path CatalogueOf(const fs::path& folder) {
   return folder / "LC_MESSAGES" / (DATA_PROVIDER_TEXT_DOMAIN ".mo");
@@ -68,7 +71,7 @@ void UseUiLanguage(const std::string& locale) {
 
 std::optional<std::string> FindCatalogue(const std::string& locale) {
   const fs::path directory = bindtextdomain(DATA_PROVIDER_TEXT_DOMAIN, nullptr);
-  for (const std::string& name : {locale, locale.substr(0, locale.find('_'))}) {
+  for (const std::string& name : {locale, LanguageOf(locale)}) {
     if (HasCatalogue(directory / name)) {
       return name;
     }
@@ -76,7 +79,29 @@ std::optional<std::string> FindCatalogue(const std::string& locale) {
   return std::nullopt;
 }
 
+std::vector<DamagedCatalogue> FindDamagedCatalogues(const std::string& locale) {
+  const fs::path directory = bindtextdomain(DATA_PROVIDER_TEXT_DOMAIN, nullptr);
+  std::vector<DamagedCatalogue> damaged;
+  for (const std::string& name : std::set{locale, LanguageOf(locale)}) {
+    const fs::path file = CatalogueOf(directory / name);
+    std::error_code error;
+    if (!fs::exists(file, error)) {
+      continue;
+    }
+    try {
+      CheckCatalogueFile(file);
+    } catch (const HostError& damage) {
+      damaged.push_back({file, damage.what()});
+    }
+  }
+  return damaged;
+}
+
 void CheckCatalogue(const std::string& locale) {
+  for (const DamagedCatalogue& catalogue : FindDamagedCatalogues(locale)) {
+    throw HostError("the catalogue " + Quoted(catalogue.path) + " is damaged: " + catalogue.reason +
+                    "; install it again");
+  }
   if (!FindCatalogue(locale)) {
     const fs::path directory = bindtextdomain(DATA_PROVIDER_TEXT_DOMAIN, nullptr);
     throw HostError("no catalogue for the language " + Quoted(locale) + " in " + Quoted(directory) +

@@ -67,6 +67,7 @@ void ShowPage(const KeyboardPage& page, Report& report) {
 }
 
 ProviderInfo ReadProviderInfo(const std::string& plugin) {
+  UseUiLanguage(kNoLanguage);
   const TemporaryRegistry registry;
   const Provider provider(plugin);
   KeyboardPage page(provider);

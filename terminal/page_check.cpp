@@ -5,9 +5,12 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <set>
 #include <system_error>
 #include <utility>
+
+#include <nlohmann/json.hpp>
 
 #include "platform_setup.h"
 #include "text.h"
@@ -15,7 +18,14 @@
 
 namespace {
 
+// The configuration and its tables.
 constexpr char kConfiguration[] = "/usr/share/lib-morvith-tv/res/config/hw_kbd_lang_config.json";
+constexpr char kNames[] = "keyboard_name_map";
+constexpr char kLocales[] = "lang_local_keyboard_type_table";
+
+const std::string kUnshown = "a control character, U+FFFD, or a byte that is not UTF-8";
+
+bool IsShown(const std::string& text) { return Printable(text).find("\uFFFD") == text.npos; }
 
 // Null if the file cannot be read.
 std::optional<std::uintmax_t> ReadableLength(const std::string& path) {
@@ -34,11 +44,14 @@ class PageCheck {
   }
 
   std::vector<Finding> Run() {
+    m_where = "page";
     CheckHelpImage();
-    for (const Choice& language : m_languages) {
-      CheckKeyboard(language.value);
+    if (CheckConfiguration()) {
+      for (const Choice& language : m_languages) {
+        CheckKeyboard(language.value);
+      }
+      ReportMissingTypes();
     }
-    ReportMissingTypes();
     for (const Choice& language : m_languages) {
       CheckInterface(language.value);
     }
@@ -64,12 +77,33 @@ class PageCheck {
   }
 
   void CheckHelpImage() {
-    m_where = "page";
     const std::string path = m_page.ReadHead().help_image;
     const std::optional<std::uintmax_t> length = ReadableLength(LocateFile(path));
     if (length.value_or(0) == 0) {
       Add("help image " + Quoted(path), length ? "is empty" : "cannot be read", "install it again");
     }
+  }
+
+  // Returns true if the library can read it. A file that is not JSON has no type lists, which
+  // ReportMissingTypes() finds.
+  bool CheckConfiguration() {
+    const std::string path = LocateFile(kConfiguration);
+    const std::string item = "configuration " + Quoted(kConfiguration);
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error)) {
+      Add(item, error ? "cannot be read" : "is not a regular file", "install it again");
+      return false;
+    }
+    std::ifstream file(path);
+    const nlohmann::json document = nlohmann::json::parse(file, nullptr, false);
+    bool is_complete = true;
+    for (const char* table : {kNames, kLocales}) {
+      if (!document.is_discarded() && !document.value(table, nlohmann::json()).is_array()) {
+        Add(item, "has no array " + Quoted(table), "add it, or fix its name");
+        is_complete = false;
+      }
+    }
+    return is_complete;
   }
 
   void CheckKeyboard(const std::string& locale) {
@@ -83,8 +117,14 @@ class PageCheck {
       return;
     }
     CheckFirstType(type);
+    std::map<std::string, int> counts;
     for (const Choice& choice : type.choices) {
-      CheckType(locale, choice);
+      const int count = ++counts[choice.value];
+      if (count == 1) {
+        CheckType(locale, choice);
+      } else if (count == 2) {
+        Add("type " + Quoted(choice.value), "is listed more than once", "keep one of them");
+      }
     }
   }
 
@@ -105,7 +145,7 @@ class PageCheck {
   // Returns true if the provider stores `value` unchanged.
   bool CheckStored(SettingId id, const std::string& value) {
     m_page.Store(id, value);
-    const std::optional<std::string> stored = m_page.ReadSetting(id).value;
+    const std::optional<std::string> stored = m_page.ReadValue(id);
     if (stored == value) {
       return true;
     }
@@ -134,6 +174,8 @@ class PageCheck {
     }
     if (type.text.size() == DATA_PROVIDER_TYPE_LENGTH) {
       Add(item, "has a text" + cut, "shorten its display_name");
+    } else if (!IsShown(type.text)) {
+      Add(item, "has a text with " + kUnshown, "fix its display_name");
     } else if (type.value == locale + "." + type.text) {
       Add(item, "is shown as its id", "add a display_name");
     }
@@ -142,6 +184,15 @@ class PageCheck {
 
   void CheckInterface(const std::string& locale) {
     m_where = "interface " + locale;
+    const std::vector<DamagedCatalogue> damaged = FindDamagedCatalogues(locale);
+    for (const auto& [path, reason] : damaged) {
+      if (m_damaged.insert(path).second) {
+        Add("catalogue " + Quoted(path), "is damaged: " + reason, "install it again");
+      }
+    }
+    if (!damaged.empty()) {
+      return;
+    }
     UseUiLanguage(locale);
     const std::optional<std::string> catalogue = FindCatalogue(locale);
     const std::string remedy = catalogue ? "translate it in " + *catalogue + ".po"
@@ -153,8 +204,9 @@ class PageCheck {
     }
     std::set<std::string> reported;  // languages may share a name
     for (const std::string& text : texts) {
-      if (IsMessageId(text) && reported.insert(text).second) {
-        Add("text " + Quoted(text), "is not translated", remedy);
+      if ((IsMessageId(text) || !IsShown(text)) && reported.insert(text).second) {
+        Add("text " + Quoted(text),
+            IsMessageId(text) ? "is not translated" : "has " + kUnshown, remedy);
       }
     }
   }
@@ -167,6 +219,7 @@ class PageCheck {
   std::vector<std::string> m_ids;  // what ReadTexts() returns without a translation
   std::vector<Choice> m_languages;
   std::vector<std::string> m_without_types;  // locales
+  std::set<std::string> m_damaged;           // paths of catalogues
   std::string m_where;
   std::vector<Finding> m_findings;
 };
