@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <vector>
 
 #include "error.h"
 #include "suggestion.h"
@@ -12,19 +11,9 @@ namespace {
 
 std::string WordFor(SettingId id) { return id == SettingId::kLanguage ? "language" : "type"; }
 
-std::string Alternatives(const std::vector<std::string>& values) {
-  std::string text;
-  for (const std::string& value : values) {
-    text += text.empty() ? "" : &value == &values.back() ? " or " : ", ";
-    text += value;
-  }
-  return text;
-}
-
 std::string UnknownChoice(const Setting& setting, const std::string& word) {
-  const std::vector<std::string> similar = Suggest(word, setting.choices);
   return "unknown " + WordFor(setting.id) + " " + Quoted(word) + "; " +
-         (similar.empty() ? "" : "did you mean " + Alternatives(similar) + "? ") +
+         DidYouMean(word, setting.choices) +
          "'menu_host list " + WordFor(setting.id) +
          "' lists the choices; --force passes it to the provider unchecked";
 }

@@ -18,6 +18,9 @@
 
 namespace {
 
+// To store a value takes milliseconds, so not all types of a very long list are stored.
+constexpr std::size_t kMaxStored = 100;
+
 // The configuration and its tables.
 constexpr char kConfiguration[] = "/usr/share/lib-morvith-tv/res/config/hw_kbd_lang_config.json";
 constexpr char kNames[] = "keyboard_name_map";
@@ -122,6 +125,9 @@ class PageCheck {
       const int count = ++counts[choice.value];
       if (count == 1) {
         CheckType(locale, choice);
+        if (counts.size() <= kMaxStored) {
+          CheckStored(SettingId::kType, choice.value);
+        }
       } else if (count == 2) {
         Add("type " + Quoted(choice.value), "is listed more than once", "keep one of them");
       }
@@ -179,7 +185,6 @@ class PageCheck {
     } else if (type.value == locale + "." + type.text) {
       Add(item, "is shown as its id", "add a display_name");
     }
-    CheckStored(SettingId::kType, type.value);
   }
 
   void CheckInterface(const std::string& locale) {

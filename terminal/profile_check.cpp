@@ -1,16 +1,24 @@
 #include "profile_check.h"
 
+#include <algorithm>
 #include <charconv>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <regex>
 #include <set>
+#include <sstream>
 #include <string_view>
 #include <system_error>
 #include <utility>
 
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include "Provider.h"
 #include "platform_setup.h"
 #include "profile.h"
+#include "suggestion.h"
 #include "temporary.h"
 #include "text.h"
 
@@ -31,52 +39,85 @@ std::optional<Id> ParseId(std::string_view text) {
 
 std::string Group(const std::string& name) { return "[" + name + "]"; }
 
-// Loads the plug-in with temporary profiles to learn what it reads from them.
-class Trials {
+// Redirects standard error, where the log goes, to memory.
+class CapturedLog {
  public:
-  explicit Trials(std::string plugin) : m_plugin(std::move(plugin)) {}
-
-  // A known language that is listed twice yields two entries; an unknown one yields only the
-  // fallback.
-  bool KnowsLanguage(Id id) const {
-    const std::string text = std::to_string(id);
-    const TemporaryProfile profile(Group(kDeviceGroup) + "\n" + kLanguageKey + "=" + text + ";" +
-                                   text);
-    const auto languages = Provider(m_plugin).ListItems(DATA_PROVIDER_LANGUAGE);
-    return languages && languages->size() > 1;
+  CapturedLog() {
+    if (m_log < 0 || m_standard_error < 0 || dup2(m_log, STDERR_FILENO) < 0) {
+      throw HostError("cannot read the log");
+    }
   }
+  ~CapturedLog() {
+    dup2(m_standard_error, STDERR_FILENO);
+    close(m_standard_error);
+    close(m_log);
+  }
+  CapturedLog(const CapturedLog&) = delete;
+  CapturedLog& operator=(const CapturedLog&) = delete;
 
-  bool ReadsBoolean(const std::string& name) const {
-    return HelpImageWhen(name, "true") != HelpImageWhen(name, "false");
+  std::string Text() const {
+    std::string text(static_cast<std::size_t>(lseek(m_log, 0, SEEK_END)), '\0');
+    const ssize_t length = pread(m_log, text.data(), text.size(), 0);
+    return text.substr(0, static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
   }
 
  private:
-  std::optional<std::string> HelpImageWhen(const std::string& name, const char* value) const {
-    const TemporaryProfile profile(Group(kBooleanGroup) + "\n" + name + "=" + value);
-    return Provider(m_plugin).HelpImagePath(DATA_PROVIDER_PAGE);
-  }
-
-  std::string m_plugin;
-  ScopedVariable m_log_level{kLogVariable, "none"};
+  ScopedVariable m_level{kLogVariable, "warning"};
+  int m_log = memfd_create("log", MFD_CLOEXEC);
+  int m_standard_error = dup(STDERR_FILENO);
 };
+
+// What the plug-in does with a profile.
+struct Use {
+  std::set<Id> unknown_languages;
+  std::vector<std::string> booleans;  // the names that it reads
+};
+
+// Loads the plug-in with the profile. Leaves out the booleans, because the log has the names of
+// those that are missing.
+Use LearnUse(const std::string& profile, const std::string& plugin) {
+  const KeyFile reduced = LoadProfile(profile);
+  g_key_file_remove_group(reduced.get(), kBooleanGroup, nullptr);
+  g_autofree gchar* contents = g_key_file_to_data(reduced.get(), nullptr, nullptr);
+  const TemporaryProfile temporary(contents);
+  const CapturedLog log;
+  {
+    const Provider provider(plugin);
+    provider.ListItems(DATA_PROVIDER_LANGUAGE);
+    provider.HelpImagePath(DATA_PROVIDER_PAGE);
+  }
+  const std::regex unknown(R"(sys_lang_id \[(-?\d+)\] not support)");
+  const std::regex missing("^error DEVINFO: (.+?): ");
+  Use use;
+  std::istringstream lines(log.Text());
+  for (std::string line; std::getline(lines, line);) {
+    std::smatch match;
+    if (std::regex_search(line, match, unknown)) {
+      use.unknown_languages.insert(std::stoi(match[1]));
+    } else if (std::regex_search(line, match, missing) && match[1] != kLanguageKey) {
+      use.booleans.push_back(match[1]);
+    }
+  }
+  return use;
+}
 
 class ProfileCheck {
  public:
   ProfileCheck(const std::string& profile, const std::string& plugin)
-      : m_profile(LoadProfile(profile)), m_trials(plugin), m_where("profile " + profile) {}
-
-  std::vector<Finding> Run() {
+      : m_profile(LoadProfile(profile)), m_where("profile " + profile) {
     CheckGroups();
     CheckDeviceKeys();
     try {
+      m_use = LearnUse(profile, plugin);
       CheckLanguages();
       CheckBooleans();
     } catch (const HostError& error) {
       Add("[device] and [custom_bool]", std::string("cannot be checked: ") + error.what(),
           "fix this, then check again");
     }
-    return std::move(m_findings);
   }
+
+  std::vector<Finding> TakeFindings() { return std::move(m_findings); }
 
  private:
   void Add(const std::string& item, const std::string& problem, const std::string& remedy) {
@@ -129,7 +170,7 @@ class ProfileCheck {
       Add(item, "is not a 32-bit integer", "fix or remove it");
     } else if (!listed.insert(*id).second) {
       Add(item, "is a duplicate", "remove it");
-    } else if (!m_trials.KnowsLanguage(*id)) {
+    } else if (m_use.unknown_languages.contains(*id)) {
       Add(item, "is an unknown language id", "fix or remove it");
     }
   }
@@ -137,8 +178,9 @@ class ProfileCheck {
   void CheckBooleans() {
     for (const std::string& name : KeysOf(kBooleanGroup)) {
       const std::string item = Group(kBooleanGroup) + " " + name;
-      if (!m_trials.ReadsBoolean(name)) {
-        Add(item, "changes nothing on the page", "fix its name, or remove it");
+      if (std::ranges::find(m_use.booleans, name) == m_use.booleans.end()) {
+        Add(item, "changes nothing on the page",
+            DidYouMean(name, m_use.booleans) + "fix its name, or remove it");
       }
       g_autoptr(GError) error = nullptr;
       g_key_file_get_boolean(m_profile.get(), kBooleanGroup, name.c_str(), &error);
@@ -156,13 +198,13 @@ class ProfileCheck {
   }
 
   KeyFile m_profile;
-  Trials m_trials;
   std::string m_where;
+  Use m_use;
   std::vector<Finding> m_findings;
 };
 
 }  // namespace
 
 std::vector<Finding> CheckProfile(const std::string& profile, const std::string& plugin) {
-  return ProfileCheck(profile, plugin).Run();
+  return ProfileCheck(profile, plugin).TakeFindings();
 }

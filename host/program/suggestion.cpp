@@ -46,8 +46,6 @@ std::vector<std::string> ValuesWhere(const std::vector<Choice>& choices,
   return values.size() <= kMaxSuggestions ? values : std::vector<std::string>();
 }
 
-}  // namespace
-
 std::vector<std::string> Suggest(const std::string& word, const std::vector<Choice>& choices) {
   const std::string wanted = Printable(word);
   std::vector<std::string> matching = ValuesWhere(choices, [&](const Choice& choice) {
@@ -66,4 +64,24 @@ std::vector<std::string> Suggest(const std::string& word, const std::vector<Choi
     closest = std::min(closest, distance(choice));
   }
   return ValuesWhere(choices, [&](const Choice& choice) { return distance(choice) == closest; });
+}
+
+}  // namespace
+
+std::string DidYouMean(const std::string& word, const std::vector<Choice>& choices) {
+  const std::vector<std::string> similar = Suggest(word, choices);
+  std::string text;
+  for (const std::string& value : similar) {
+    text += text.empty() ? "did you mean " : &value == &similar.back() ? " or " : ", ";
+    text += value;
+  }
+  return similar.empty() ? "" : text + "? ";
+}
+
+std::string DidYouMean(const std::string& word, const std::vector<std::string>& names) {
+  std::vector<Choice> choices;
+  for (const std::string& name : names) {
+    choices.push_back({name, name});
+  }
+  return DidYouMean(word, choices);
 }
