@@ -31,7 +31,27 @@ bool Exists(const fs::path& file) {
 // GLib takes the home folder from the system's user database if HOME is unset.
 fs::path StateFolder() { return fs::path(g_get_user_state_dir()) / "morvith-menu-host"; }
 
+// Throws HostError if `folder` cannot be opened. The message has the reason and remedies: `creation`
+// if the folder is missing, and `alternative`.
+void OpenFolder(const fs::path& folder, const std::string& creation,
+                const std::string& alternative) {
+  std::error_code error;
+  fs::directory_iterator(folder, error);
+  if (error) {
+    throw HostError("cannot open the folder " + Quoted(folder) + ": " + error.message() + "; " +
+                    (error == std::errc::no_such_file_or_directory ? creation + ", or " : "") +
+                    alternative);
+  }
+}
+
 }  // namespace
+
+void RefuseSpecialFile(const std::string& path) {
+  std::error_code error;
+  if (Exists(path) && !fs::is_regular_file(path, error)) {
+    throw HostError("cannot open " + Quoted(path) + ": not a regular file");
+  }
+}
 
 std::string OwnFile(const std::string& path) {
   std::error_code error;
@@ -44,12 +64,8 @@ std::string OwnFile(const std::string& path) {
 std::string UseRoot(const std::string& root) {
   const fs::path used = root.empty() ? fs::path(OwnFile("/")) : fs::absolute(root);
   SetEnvironment(kRootVariable, used);
-  const std::string resources = LocateFile(ROOTFS_RESOURCES);
-  std::error_code error;
-  if (!fs::is_directory(resources, error)) {
-    throw HostError("no folder " + Quoted(resources) +
-                    "; install libmorvith-dataprovider, or pass a root that has it");
-  }
+  OpenFolder(LocateFile(ROOTFS_RESOURCES),
+             "install libmorvith-dataprovider", "pass another root");
   return used;
 }
 
@@ -94,22 +110,29 @@ std::string FindRegistry(const std::string& file) {
   if (!file.empty()) {
     return fs::absolute(file);
   }
-  if (StateFolder().is_relative()) {  // HOME is empty
-    throw HostError("no folder for the registry: HOME is empty; pass a file for the registry");
+  if (StateFolder().is_relative()) {
+    const char* state = std::getenv("XDG_STATE_HOME");
+    const bool uses_home = state == nullptr || *state == '\0';
+    throw HostError(std::string("no folder for the registry: ") +
+                    (uses_home ? "HOME" : "XDG_STATE_HOME") +
+                    " is not an absolute path; fix it, or pass a file for the registry");
   }
   return StateFolder() / "registry.db";
 }
 
-void UseRegistry(const std::string& path) {
+void UseRegistry(const std::string& path, bool writes) {
   const fs::path folder = fs::path(path).parent_path();
+  const bool is_own = folder == StateFolder();
   std::error_code error;
-  if (folder == StateFolder()) {
+  if (is_own && writes) {
     fs::create_directories(folder, error);
   }
-  const std::string reason = error ? ": " + error.message() : "";
-  if (!fs::is_directory(folder, error)) {
-    throw HostError("no folder " + Quoted(folder) + " for the registry" + reason +
-                    "; create it, or pass another file for the registry");
+  if (error) {
+    throw HostError("cannot create the folder " + Quoted(folder) + ": " + error.message() +
+                    "; pass another file for the registry");
+  }
+  if (writes || !is_own || Exists(folder)) {
+    OpenFolder(folder, "create it", "pass another file for the registry");
   }
   SetEnvironment(kRegistryVariable, path);
 }

@@ -12,26 +12,38 @@ namespace {
 
 using Reason = std::array<char, 256>;
 
-std::string Problem(const char* action, const std::string& key, const Reason& reason) {
+const char* Remedy(int result) {
+  switch (result) {
+    case KVREG_BAD_VALUE:
+      return "; 'menu_host reset' removes it";
+    case KVREG_FOREIGN:
+      return "; pass another file with --registry";
+    case KVREG_DAMAGED:
+      return "; delete the file";
+    default:
+      return "; fix this, then try again";
+  }
+}
+
+std::string Problem(const char* action, const std::string& key, const Reason& reason, int result) {
   const char* file = std::getenv(kRegistryVariable);
   return std::string("cannot ") + action + " " + Quoted(key) + " in the registry " +
-         Quoted(file == nullptr ? "" : file) + ": " + reason.data();
+         Quoted(file == nullptr ? "" : file) + ": " + reason.data() +
+         Remedy(result);
 }
 
 }  // namespace
 
 std::optional<std::string> WhyUnreadable(const std::string& key) {
   Reason reason;
-  if (kvreg_try(key.c_str(), reason.data(), reason.size()) == 0) {
-    return std::nullopt;
-  }
-  return Problem("read", key, reason) +
-         "; 'menu_host reset' removes a bad value, otherwise delete the file";
+  const int result = kvreg_try(key.c_str(), reason.data(), reason.size());
+  return result == 0 ? std::nullopt : std::optional(Problem("read", key, reason, result));
 }
 
 void RemoveKey(const std::string& key) {
   Reason reason;
-  if (kvreg_unset(key.c_str(), reason.data(), reason.size()) != 0) {
-    throw HostError(Problem("remove", key, reason) + "; delete the file");
+  const int result = kvreg_unset(key.c_str(), reason.data(), reason.size());
+  if (result != 0) {
+    throw HostError(Problem("remove", key, reason, result));
   }
 }

@@ -20,18 +20,24 @@ std::string UnknownChoice(const Setting& setting, const std::string& word) {
 
 }  // namespace
 
-void CheckHasList(const Setting& setting) {
+Setting ReadWithList(const KeyboardPage& page, SettingId id) {
+  Setting setting = page.ReadSetting(id);
   if (setting.has_list) {
-    return;
+    return setting;
   }
-  throw HostError(setting.id == SettingId::kType
-                      ? "no keyboard types to choose from: no language is stored; store one, for "
-                        "example with 'menu_host set language en_US'"
-                      : "the provider returned no list of languages");
+  if (id == SettingId::kType) {
+    const Setting languages = ReadWithList(page, SettingId::kLanguage);
+    const std::string example = languages.choices.empty() ? "" : languages.choices.front().value;
+    throw HostError(
+        "no keyboard types to choose from: no language is stored; store one, for example with "
+        "'menu_host set language " +
+        example + "'");
+  }
+  throw HostError("the provider returned no list of languages");
 }
 
-std::string FindChoice(const Setting& setting, const std::string& word) {
-  CheckHasList(setting);
+std::string FindChoice(const KeyboardPage& page, SettingId id, const std::string& word) {
+  const Setting setting = ReadWithList(page, id);
   const auto found = std::ranges::find_if(setting.choices, [&word](const Choice& choice) {
     return choice.value == word || TypeIdOf(choice.value) == word;
   });

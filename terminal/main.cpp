@@ -31,9 +31,7 @@ void CheckRegistry() {
 }
 
 void List(const KeyboardPage& page, const Options& options, Report& report) {
-  const Setting setting = page.ReadSetting(options.setting);
-  CheckHasList(setting);
-  report.Choices(setting);
+  report.Choices(ReadWithList(page, options.setting));
 }
 
 void Get(const KeyboardPage& page, const Options& options, Report& report) {
@@ -46,7 +44,7 @@ void Get(const KeyboardPage& page, const Options& options, Report& report) {
 
 void Set(KeyboardPage& page, const Options& options, Report& report) {
   const std::string value =
-      options.force ? options.value : FindChoice(page.ReadSetting(options.setting), options.value);
+      options.force ? options.value : FindChoice(page, options.setting, options.value);
   page.Store(options.setting, value);
   const Setting language = page.ReadSetting(SettingId::kLanguage);
   const Setting type = page.ReadSetting(SettingId::kType);
@@ -91,7 +89,7 @@ void Check(const Sources& sources, Report& report) {
 }
 
 void RunOnPage(const Options& options, const Sources& sources, Report& report) {
-  UseRegistry(sources.registry);
+  UseRegistry(sources.registry, options.command == Command::kSet);
   const Provider provider(sources.plugin);
   CheckCatalogue(options.ui_language);
   KeyboardPage page(provider);

@@ -3,12 +3,15 @@
 #include <algorithm>
 #include <cstdlib>
 #include <regex>
+#include <set>
+#include <span>
 #include <utility>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include "program.h"
+#include "suggestion.h"
 #include "text.h"
 #include "ui_language.h"
 
@@ -27,7 +30,38 @@ std::string CheckLocale(const std::string& text) {
 std::string CheckGiven(const std::string& text) { return text.empty() ? "is empty" : ""; }
 
 std::string CheckSetting(const std::string& word) {
-  return word == "language" || word == "type" ? "" : "unknown setting " + Quoted(word);
+  return word == "language" || word == "type"
+             ? ""
+             : "unknown setting " + Quoted(word) + "; available: language, type";
+}
+
+// Adds the commands and options of `app` as they are written.
+void AddNames(const CLI::App& app, std::set<std::string>& names) {
+  for (const CLI::Option* option : app.get_options()) {
+    for (const std::string& name : option->get_lnames()) {
+      names.insert("--" + name);
+    }
+  }
+  for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
+    names.insert(command->get_name());
+    AddNames(*command, names);
+  }
+}
+
+// Returns a suggestion for the first argument that was not expected and is similar to a name.
+std::string SuggestName(const CLI::App& app, int argc, const char* const* argv) {
+  std::set<std::string> names;
+  AddNames(app, names);
+  const std::vector<std::string> unexpected = app.remaining(true);
+  for (const std::string word : std::span(argv, static_cast<std::size_t>(argc))) {
+    const bool is_unexpected = std::ranges::find(unexpected, word) != unexpected.end();
+    const std::string suggestion =
+        is_unexpected ? DidYouMean(word, std::vector(names.begin(), names.end())) : "";
+    if (!suggestion.empty()) {
+      return suggestion;
+    }
+  }
+  return "";
 }
 
 // Not a check of the option: recent versions of CLI11 drop an environment variable that fails one.
@@ -96,7 +130,7 @@ bool Parse(CLI::App& app, int argc, const char* const* argv) {
     app.exit(help);
     return false;
   } catch (const CLI::ParseError& error) {
-    throw UsageError(std::string(error.what()) + "; '" + app.get_name() +
+    throw UsageError(std::string(error.what()) + "; " + SuggestName(app, argc, argv) + "'" + app.get_name() +
                      " --help' lists the commands and options");
   }
 }
@@ -108,6 +142,7 @@ Sources SetUpHost(const HostOptions& options) {
   sources.root = UseRoot(options.root);
   sources.registry = FindRegistry(options.registry);
   sources.plugin = options.plugin.empty() ? OwnFile(HOST_PLUGIN) : options.plugin;
+  RefuseSpecialFile(sources.plugin);
   UseUiLanguage(options.ui_language);
   return sources;
 }

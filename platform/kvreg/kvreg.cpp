@@ -53,6 +53,10 @@ const char* Objection(bool complete) {
   if (RegistryFile() == nullptr) {
     return "KVREG_FILE is not set to a file";
   }
+  struct stat status = {};
+  if (stat(RegistryFile(), &status) == 0 && !S_ISREG(status.st_mode)) {
+    return "not a regular file";
+  }
   return complete ? nullptr : "null key or value";
 }
 
@@ -88,8 +92,30 @@ bool Run(const Database& database, const char* sql, std::initializer_list<const 
   return sqlite3_step(statement.get()) == SQLITE_DONE;
 }
 
-bool Change(const Database& database, const char* sql, std::initializer_list<const char*> texts) {
-  return Execute(database, kBegin) && Run(database, sql, texts) && Execute(database, "COMMIT");
+struct Failure {
+  int result;  // of the functions in kvreg_admin.h; 0 is success
+  const char* reason;
+};
+
+// A database has no tables if its first writer was killed.
+bool HasTables(const Database& database) {
+  const Statement tables = Prepare(database, "SELECT 1 FROM sqlite_master");
+  return !tables || sqlite3_step(tables.get()) != SQLITE_DONE;
+}
+
+// Why the last call on `database` failed. It is a success if the database is empty.
+Failure LastFailure(const Database& database) {
+  switch (sqlite3_errcode(database.get())) {
+    case SQLITE_ERROR:
+      return HasTables(database) ? Failure{KVREG_FOREIGN, "it has no table of keys and values"}
+                                 : Failure{0, nullptr};
+    case SQLITE_NOTADB:
+      return {KVREG_FOREIGN, Reason(database)};
+    case SQLITE_CORRUPT:
+      return {KVREG_DAMAGED, Reason(database)};
+    default:
+      return {KVREG_FAILED, Reason(database)};
+  }
 }
 
 bool NeverWritten(const char* file) {
@@ -97,11 +123,11 @@ bool NeverWritten(const char* file) {
   return stat(file, &status) == 0 ? status.st_size == 0 : errno == ENOENT;
 }
 
-// Returns null if `key` has no value. On failure returns fail(reason), which is null.
+// Returns null if `key` has no value. On failure returns fail(failure), which is null.
 template <typename Fail>
 char* Read(const char* key, const Fail& fail) {
   if (const char* objection = Objection(key != nullptr)) {
-    return fail(objection);
+    return fail({KVREG_FAILED, objection});
   }
   if (NeverWritten(RegistryFile())) {
     return nullptr;
@@ -109,32 +135,39 @@ char* Read(const char* key, const Fail& fail) {
   // Not read-only, because the next reader rolls back the transaction of a killed writer.
   Database database;
   if (!Open(SQLITE_OPEN_READWRITE, database)) {
-    return fail(Reason(database));
+    return fail(LastFailure(database));
   }
   const Statement select = Prepare(database, kSelect);
   if (!select || !Bind(select, 1, key)) {
-    return fail(Reason(database));
+    return fail(LastFailure(database));
   }
   const int step = sqlite3_step(select.get());
   if (step == SQLITE_DONE) {
     return nullptr;
   }
   if (step != SQLITE_ROW) {
-    return fail(Reason(database));
+    return fail(LastFailure(database));
   }
   if (sqlite3_column_type(select.get(), 0) == SQLITE_NULL) {  // another program made the table
-    return fail("its value is NULL");
+    return fail({KVREG_BAD_VALUE, "its value is NULL"});
   }
   const unsigned char* text = sqlite3_column_text(select.get(), 0);
   char* value = text == nullptr ? nullptr : strdup(reinterpret_cast<const char*>(text));
-  return value == nullptr ? fail("out of memory") : value;
+  return value == nullptr ? fail({KVREG_FAILED, "out of memory"}) : value;
+}
+
+int Report(const Failure& failure, char* reason, size_t size) {
+  std::snprintf(reason, size, "%s", failure.result == 0 ? "" : failure.reason);
+  return failure.result;
 }
 
 }  // namespace
 
 char* kvreg_get_str(const char* key) {
-  return Read(key, [key](const char* reason) -> char* {
-    LogFailure("read", key, reason);
+  return Read(key, [key](const Failure& failure) -> char* {
+    if (failure.result != 0) {
+      LogFailure("read", key, failure.reason);
+    }
     return nullptr;
   });
 }
@@ -146,7 +179,8 @@ int kvreg_set_str(const char* key, const char* value) {
   }
   Database database;
   if (!Open(SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, database) ||
-      !Change(database, kUpsert, {key, value})) {
+      !Execute(database, kBegin) || !Run(database, kUpsert, {key, value}) ||
+      !Execute(database, "COMMIT")) {
     LogFailure("write", key, Reason(database));
     return -1;
   }
@@ -155,9 +189,8 @@ int kvreg_set_str(const char* key, const char* value) {
 
 int kvreg_try(const char* key, char* reason, size_t size) {
   int result = 0;
-  std::free(Read(key, [&](const char* why) -> char* {
-    std::snprintf(reason, size, "%s", why);
-    result = -1;
+  std::free(Read(key, [&](const Failure& failure) -> char* {
+    result = Report(failure, reason, size);
     return nullptr;
   }));
   return result;
@@ -165,14 +198,12 @@ int kvreg_try(const char* key, char* reason, size_t size) {
 
 int kvreg_unset(const char* key, char* reason, size_t size) {
   if (const char* objection = Objection(key != nullptr)) {
-    std::snprintf(reason, size, "%s", objection);
-    return -1;
+    return Report({KVREG_FAILED, objection}, reason, size);
   }
   Database database;
   if (NeverWritten(RegistryFile()) ||
-      (Open(SQLITE_OPEN_READWRITE, database) && Change(database, kDelete, {key}))) {
+      (Open(SQLITE_OPEN_READWRITE, database) && Run(database, kDelete, {key}))) {
     return 0;
   }
-  std::snprintf(reason, size, "%s", Reason(database));
-  return -1;
+  return Report(LastFailure(database), reason, size);
 }
