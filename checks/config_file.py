@@ -6,6 +6,8 @@ import re
 
 import jsonschema
 
+import text_file
+
 CONFIG_FOLDER = pathlib.Path(__file__).resolve().parent.parent / "res/config"
 SCHEMA = json.loads((CONFIG_FOLDER / "hw_kbd_lang_config.schema.json").read_text("utf-8"))
 NAMES, LOCALES = "keyboard_name_map", "lang_local_keyboard_type_table"
@@ -72,18 +74,26 @@ def schema_findings(document):
                f"{error.message[:LONGEST_MESSAGE]}{end} {error.schema['description']}")
 
 
+def syntax_finding(error):
+    """A string ends in its line, so a line with an odd number of quotes lacks one."""
+    for number, line in enumerate(error.doc.split("\n"), 1):
+        if re.sub(r"\\.", "", line).count('"') % 2:
+            return f"line {number}: a quote is missing; add it"
+    return f"line {error.lineno}, column {error.colno}: not strict JSON: {error.msg}; fix the line"
+
+
 def parse(file):
     """Returns the document. Raises FormatError if it does not match the schema."""
     try:
-        document = Decoder().decode(file.read_bytes().decode("utf-8"))
+        data = file.read_bytes()
+        if fault := text_file.fault(data):
+            raise FormatError(fault)
+        document = Decoder().decode(data.decode("utf-8"))
         findings = list(schema_findings(document))
     except OSError as error:
         findings = [f"cannot be read: {error.strerror}"]
-    except UnicodeDecodeError as error:
-        findings = [f"byte {error.start} is not UTF-8; save the file as UTF-8"]
     except json.JSONDecodeError as error:
-        findings = [f"line {error.lineno}, column {error.colno}: not strict JSON: {error.msg}; "
-                    "fix the line"]
+        findings = [syntax_finding(error)]
     except RecursionError:
         findings = ["brackets are nested too deeply; the format needs four levels"]
     if findings:

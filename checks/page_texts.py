@@ -25,6 +25,11 @@ def languages():
     return rows
 
 
+def language_ids():
+    """Returns the platform's number of each language, as text."""
+    return re.findall(r'^\s*\{(\d+), "', LANGUAGE_TABLE.read_text("utf-8"), re.M)
+
+
 def message_ids():
     """Returns the message ids that the library uses."""
     code = "".join(source.read_text("utf-8") for source in SOURCE.glob("src/*.cpp"))
