@@ -80,6 +80,7 @@ void UseLogLevel(const std::string& level) {
 
 void AddHostOptions(CLI::App& app, const char* version, HostOptions& options) {
   app.set_version_flag("--version", app.get_name() + " " + version, "Print the version and exit");
+  app.set_help_all_flag("--help-all", "Print this help and that of each command, and exit");
   app.get_formatter()->column_width(kNameColumn);
   app.fallthrough();  // options may follow a command
   app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
