@@ -16,10 +16,6 @@ SURROGATE = re.compile("[\ud800-\udfff]")
 LONGEST_MESSAGE = 80  # longer ones contain a long value
 
 
-class FormatError(Exception):
-    """The file cannot be checked further. The arguments are the findings."""
-
-
 class Object(dict):
     """A JSON object that knows its line in the file. A row of a table also knows its place."""
 
@@ -85,19 +81,14 @@ def syntax_finding(error):
 def parse(file):
     """Returns the document. Raises FormatError if it does not match the schema."""
     try:
-        data = file.read_bytes()
-        if fault := text_file.fault(data):
-            raise FormatError(fault)
-        document = Decoder().decode(data.decode("utf-8"))
+        document = Decoder().decode(text_file.read(file))
         findings = list(schema_findings(document))
-    except OSError as error:
-        findings = [f"cannot be read: {error.strerror}"]
     except json.JSONDecodeError as error:
         findings = [syntax_finding(error)]
     except RecursionError:
         findings = ["brackets are nested too deeply; the format needs four levels"]
     if findings:
-        raise FormatError(*findings)
+        raise text_file.FormatError(*findings)
     return document
 
 

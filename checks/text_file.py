@@ -1,18 +1,24 @@
-"""Rules for every text file: UTF-8 without a byte order mark, and lines that end with a line feed."""
+"""Reads text files: UTF-8 without a byte order mark, in lines that end with a line feed."""
 
-import codecs
+import pathlib
 
 
-def fault(data):
-    """Returns what is wrong with the bytes of a file, or None."""
-    if data.startswith(codecs.BOM_UTF8):
-        return "line 1 begins with a byte order mark; save the file as UTF-8 without it"
-    if b"\r" in data:
-        line = data.count(b"\n", 0, data.index(b"\r")) + 1
-        return f"line {line} has a carriage return; save the file with Unix line ends"
+class FormatError(Exception):
+    """The file cannot be checked further. The arguments are the findings."""
+
+
+def read(file):
+    """Returns the text of a file. Raises FormatError if it cannot be read or breaks a rule."""
     try:
-        data.decode("utf-8")
+        data = pathlib.Path(file).read_bytes()
+        text = data.decode("utf-8")
+    except OSError as error:
+        raise FormatError(f"cannot be read: {error.strerror}") from error
     except UnicodeDecodeError as error:
         line = data.count(b"\n", 0, error.start) + 1
-        return f"line {line} is not UTF-8; save the file as UTF-8"
-    return None
+        raise FormatError(f"line {line} is not UTF-8; save the file as UTF-8") from error
+    if text.startswith("\ufeff"):
+        raise FormatError("begins with a byte order mark; save the file as UTF-8 without it")
+    if "\r" in text:
+        raise FormatError("has carriage returns; save the file with Unix line ends")
+    return text

@@ -4,9 +4,9 @@
 
 #include <string>
 
-// Checks the structure of the catalogue (.mo) at `path`, and that its texts are UTF-8. Throws
-// HostError with the reason if it is damaged, unreadable or not a regular file. Plural forms and
-// formats later than revision 0 are refused: no text of the page needs them.
+// Throws HostError, "'path' is damaged: " and the reason, if the catalogue (.mo) at `path` cannot
+// be read, its structure is damaged, or its texts are not UTF-8. Also refuses plural forms and later
+// revisions of the format, which no text of the page needs.
 void CheckCatalogueFile(const std::string& path);
 
 #endif

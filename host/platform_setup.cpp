@@ -31,16 +31,13 @@ bool Exists(const fs::path& file) {
 // GLib takes the home folder from the system's user database if HOME is unset.
 fs::path StateFolder() { return fs::path(g_get_user_state_dir()) / "morvith-menu-host"; }
 
-// Throws HostError if `folder` cannot be opened. The message has the reason and remedies: `creation`
-// if the folder is missing, and `alternative`.
-void OpenFolder(const fs::path& folder, const std::string& creation,
-                const std::string& alternative) {
+// Throws HostError with the reason and the remedy if `folder` cannot be opened.
+void OpenFolder(const fs::path& folder, const std::string& remedy) {
   std::error_code error;
   fs::directory_iterator(folder, error);
   if (error) {
     throw HostError("cannot open the folder " + Quoted(folder) + ": " + error.message() + "; " +
-                    (error == std::errc::no_such_file_or_directory ? creation + ", or " : "") +
-                    alternative);
+                    remedy);
   }
 }
 
@@ -65,7 +62,7 @@ std::string UseRoot(const std::string& root) {
   const fs::path used = root.empty() ? fs::path(OwnFile("/")) : fs::absolute(root);
   SetEnvironment(kRootVariable, used);
   OpenFolder(LocateFile(ROOTFS_RESOURCES),
-             "install libmorvith-dataprovider", "pass another root");
+             "install libmorvith-dataprovider, or pass another root");
   return used;
 }
 
@@ -111,28 +108,22 @@ std::string FindRegistry(const std::string& file) {
     return fs::absolute(file);
   }
   if (StateFolder().is_relative()) {
-    const char* state = std::getenv("XDG_STATE_HOME");
-    const bool uses_home = state == nullptr || *state == '\0';
-    throw HostError(std::string("no folder for the registry: ") +
-                    (uses_home ? "HOME" : "XDG_STATE_HOME") +
-                    " is not an absolute path; fix it, or pass a file for the registry");
+    throw HostError("no folder for the registry: " + Quoted(StateFolder()) +
+                    " is not an absolute path; fix HOME or XDG_STATE_HOME, or pass a file for the "
+                    "registry");
   }
   return StateFolder() / "registry.db";
 }
 
 void UseRegistry(const std::string& path, bool writes) {
   const fs::path folder = fs::path(path).parent_path();
-  const bool is_own = folder == StateFolder();
+  const std::string remedy = "pass another file for the registry";
   std::error_code error;
-  if (is_own && writes) {
-    fs::create_directories(folder, error);
-  }
-  if (error) {
-    throw HostError("cannot create the folder " + Quoted(folder) + ": " + error.message() +
-                    "; pass another file for the registry");
-  }
-  if (writes || !is_own || Exists(folder)) {
-    OpenFolder(folder, "create it", "pass another file for the registry");
+  if (folder != StateFolder()) {
+    OpenFolder(folder, remedy);
+  } else if (writes && !fs::create_directories(folder, error) && error) {
+    throw HostError("cannot create the folder " + Quoted(folder) + ": " + error.message() + "; " +
+                    remedy);
   }
   SetEnvironment(kRegistryVariable, path);
 }

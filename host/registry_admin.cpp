@@ -12,24 +12,12 @@ namespace {
 
 using Reason = std::array<char, 256>;
 
-const char* Remedy(int result) {
-  switch (result) {
-    case KVREG_BAD_VALUE:
-      return "; 'menu_host reset' removes it";
-    case KVREG_FOREIGN:
-      return "; pass another file with --registry";
-    case KVREG_DAMAGED:
-      return "; delete the file";
-    default:
-      return "; fix this, then try again";
-  }
-}
-
 std::string Problem(const char* action, const std::string& key, const Reason& reason, int result) {
   const char* file = std::getenv(kRegistryVariable);
   return std::string("cannot ") + action + " " + Quoted(key) + " in the registry " +
          Quoted(file == nullptr ? "" : file) + ": " + reason.data() +
-         Remedy(result);
+         (result == KVREG_BAD_VALUE ? "; 'menu_host reset' removes it"
+                                    : "; fix this, or pass another file with --registry");
 }
 
 }  // namespace

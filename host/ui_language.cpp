@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <set>
 #include <system_error>
+#include <vector>
 
 #include <langinfo.h>
 #include <libintl.h>
@@ -79,28 +79,21 @@ std::optional<std::string> FindCatalogue(const std::string& locale) {
   return std::nullopt;
 }
 
-std::vector<DamagedCatalogue> FindDamagedCatalogues(const std::string& locale) {
+void CheckForDamage(const std::string& locale) {
   const fs::path directory = bindtextdomain(DATA_PROVIDER_TEXT_DOMAIN, nullptr);
-  std::vector<DamagedCatalogue> damaged;
-  for (const std::string& name : std::set{locale, LanguageOf(locale)}) {
-    const fs::path file = CatalogueOf(directory / name);
+  for (const std::string& name : {locale, LanguageOf(locale)}) {
     std::error_code error;
-    if (!fs::exists(file, error)) {
-      continue;
-    }
-    try {
-      CheckCatalogueFile(file);
-    } catch (const HostError& damage) {
-      damaged.push_back({file, damage.what()});
+    if (fs::exists(CatalogueOf(directory / name), error)) {
+      CheckCatalogueFile(CatalogueOf(directory / name));
     }
   }
-  return damaged;
 }
 
 void CheckCatalogue(const std::string& locale) {
-  for (const DamagedCatalogue& catalogue : FindDamagedCatalogues(locale)) {
-    throw HostError("the catalogue " + Quoted(catalogue.path) + " is damaged: " + catalogue.reason +
-                    "; install it again");
+  try {
+    CheckForDamage(locale);
+  } catch (const HostError& damage) {
+    throw HostError(std::string("the catalogue ") + damage.what() + "; install it again");
   }
   if (!FindCatalogue(locale)) {
     const fs::path directory = bindtextdomain(DATA_PROVIDER_TEXT_DOMAIN, nullptr);

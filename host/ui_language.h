@@ -5,7 +5,6 @@
 
 #include <optional>
 #include <string>
-#include <vector>
 
 // Pass this as the locale to get message ids instead of translations.
 inline constexpr char kNoLanguage[] = "C";
@@ -18,14 +17,9 @@ void UseUiLanguage(const std::string& locale);
 // Null if neither exists. The provider must be loaded, because it binds the text domain.
 std::optional<std::string> FindCatalogue(const std::string& locale);
 
-struct DamagedCatalogue {
-  std::string path;
-  std::string reason;
-};
-
-// Returns the damaged catalogues that gettext opens for `locale`. A damaged catalogue can end the
-// process, so show no text in that language. The provider must be loaded.
-std::vector<DamagedCatalogue> FindDamagedCatalogues(const std::string& locale);
+// Throws HostError as CheckCatalogueFile() does, for a catalogue that gettext opens for `locale`. A
+// damaged catalogue can end the process. The provider must be loaded.
+void CheckForDamage(const std::string& locale);
 
 // Throws HostError if there is no catalogue for `locale`, or a damaged one.
 void CheckCatalogue(const std::string& locale);

@@ -5,13 +5,13 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <set>
 #include <system_error>
 #include <utility>
 
 #include <nlohmann/json.hpp>
 
+#include "error.h"
 #include "platform_setup.h"
 #include "text.h"
 #include "ui_language.h"
@@ -120,16 +120,11 @@ class PageCheck {
       return;
     }
     CheckFirstType(type);
-    std::map<std::string, int> counts;
+    std::set<std::string> stored;
     for (const Choice& choice : type.choices) {
-      const int count = ++counts[choice.value];
-      if (count == 1) {
-        CheckType(locale, choice);
-        if (counts.size() <= kMaxStored) {
-          CheckStored(SettingId::kType, choice.value);
-        }
-      } else if (count == 2) {
-        Add("type " + Quoted(choice.value), "is listed more than once", "keep one of them");
+      CheckType(locale, choice);
+      if (stored.size() < kMaxStored && stored.insert(choice.value).second) {
+        CheckStored(SettingId::kType, choice.value);
       }
     }
   }
@@ -189,13 +184,12 @@ class PageCheck {
 
   void CheckInterface(const std::string& locale) {
     m_where = "interface " + locale;
-    const std::vector<DamagedCatalogue> damaged = FindDamagedCatalogues(locale);
-    for (const auto& [path, reason] : damaged) {
-      if (m_damaged.insert(path).second) {
-        Add("catalogue " + Quoted(path), "is damaged: " + reason, "install it again");
+    try {
+      CheckForDamage(locale);
+    } catch (const HostError& damage) {
+      if (m_damaged.insert(damage.what()).second) {  // languages may share a catalogue
+        Add("catalogue", damage.what(), "install it again");
       }
-    }
-    if (!damaged.empty()) {
       return;
     }
     UseUiLanguage(locale);
@@ -224,7 +218,7 @@ class PageCheck {
   std::vector<std::string> m_ids;  // what ReadTexts() returns without a translation
   std::vector<Choice> m_languages;
   std::vector<std::string> m_without_types;  // locales
-  std::set<std::string> m_damaged;           // paths of catalogues
+  std::set<std::string> m_damaged;           // reports of damaged catalogues
   std::string m_where;
   std::vector<Finding> m_findings;
 };

@@ -70,7 +70,7 @@ class CapturedLog {
 // What the plug-in does with a profile.
 struct Use {
   std::set<Id> unknown_languages;
-  std::vector<std::string> booleans;  // the names that it reads
+  std::vector<Choice> booleans;  // the names that it reads
 };
 
 // Loads the plug-in with the profile. Leaves out the booleans, because the log has the names of
@@ -95,7 +95,7 @@ Use LearnUse(const std::string& profile, const std::string& plugin) {
     if (std::regex_search(line, match, unknown)) {
       use.unknown_languages.insert(std::stoi(match[1]));
     } else if (std::regex_search(line, match, missing) && match[1] != kLanguageKey) {
-      use.booleans.push_back(match[1]);
+      use.booleans.push_back({match[1], match[1]});
     }
   }
   return use;
@@ -178,7 +178,7 @@ class ProfileCheck {
   void CheckBooleans() {
     for (const std::string& name : KeysOf(kBooleanGroup)) {
       const std::string item = Group(kBooleanGroup) + " " + name;
-      if (std::ranges::find(m_use.booleans, name) == m_use.booleans.end()) {
+      if (std::ranges::find(m_use.booleans, name, &Choice::value) == m_use.booleans.end()) {
         Add(item, "changes nothing on the page",
             DidYouMean(name, m_use.booleans) + "fix its name, or remove it");
       }

@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <regex>
 #include <set>
-#include <span>
 #include <utility>
 #include <vector>
 
@@ -35,33 +34,28 @@ std::string CheckSetting(const std::string& word) {
              : "unknown setting " + Quoted(word) + "; available: language, type";
 }
 
-// Adds the commands and options of `app` as they are written.
-void AddNames(const CLI::App& app, std::set<std::string>& names) {
-  for (const CLI::Option* option : app.get_options()) {
-    for (const std::string& name : option->get_lnames()) {
-      names.insert("--" + name);
-    }
-  }
-  for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
-    names.insert(command->get_name());
-    AddNames(*command, names);
-  }
-}
-
-// Returns a suggestion for the first argument that was not expected and is similar to a name.
-std::string SuggestName(const CLI::App& app, int argc, const char* const* argv) {
+// Returns suggestions for the arguments of `app` that were not expected.
+std::string SuggestNames(const CLI::App& app) {
   std::set<std::string> names;
-  AddNames(app, names);
-  const std::vector<std::string> unexpected = app.remaining(true);
-  for (const std::string word : std::span(argv, static_cast<std::size_t>(argc))) {
-    const bool is_unexpected = std::ranges::find(unexpected, word) != unexpected.end();
-    const std::string suggestion =
-        is_unexpected ? DidYouMean(word, std::vector(names.begin(), names.end())) : "";
-    if (!suggestion.empty()) {
-      return suggestion;
+  std::vector<const CLI::App*> commands = app.get_subcommands([](const CLI::App*) { return true; });
+  commands.push_back(&app);
+  for (const CLI::App* command : commands) {
+    names.insert(command->get_name());
+    for (const CLI::Option* option : command->get_options()) {
+      names.insert(option->get_name());
     }
   }
-  return "";
+  std::string suggestions;
+  for (const std::string& word : app.remaining(true)) {
+    std::vector<Choice> similar;
+    for (const std::string& name : names) {
+      if (name.starts_with("-") == word.starts_with("-")) {
+        similar.push_back({name, name});
+      }
+    }
+    suggestions += DidYouMean(word, similar);
+  }
+  return suggestions;
 }
 
 // Not a check of the option: recent versions of CLI11 drop an environment variable that fails one.
@@ -131,7 +125,7 @@ bool Parse(CLI::App& app, int argc, const char* const* argv) {
     app.exit(help);
     return false;
   } catch (const CLI::ParseError& error) {
-    throw UsageError(std::string(error.what()) + "; " + SuggestName(app, argc, argv) + "'" + app.get_name() +
+    throw UsageError(std::string(error.what()) + "; " + SuggestNames(app) + "'" + app.get_name() +
                      " --help' lists the commands and options");
   }
 }

@@ -77,11 +77,3 @@ std::string DidYouMean(const std::string& word, const std::vector<Choice>& choic
   }
   return similar.empty() ? "" : text + "? ";
 }
-
-std::string DidYouMean(const std::string& word, const std::vector<std::string>& names) {
-  std::vector<Choice> choices;
-  for (const std::string& name : names) {
-    choices.push_back({name, name});
-  }
-  return DidYouMean(word, choices);
-}

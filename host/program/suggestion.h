@@ -13,7 +13,4 @@
 // or too many choices are similar.
 std::string DidYouMean(const std::string& word, const std::vector<Choice>& choices);
 
-// The same with names that are their own texts.
-std::string DidYouMean(const std::string& word, const std::vector<std::string>& names);
-
 #endif

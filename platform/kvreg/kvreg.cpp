@@ -92,42 +92,16 @@ bool Run(const Database& database, const char* sql, std::initializer_list<const 
   return sqlite3_step(statement.get()) == SQLITE_DONE;
 }
 
-struct Failure {
-  int result;  // of the functions in kvreg_admin.h; 0 is success
-  const char* reason;
-};
-
-// A database has no tables if its first writer was killed.
-bool HasTables(const Database& database) {
-  const Statement tables = Prepare(database, "SELECT 1 FROM sqlite_master");
-  return !tables || sqlite3_step(tables.get()) != SQLITE_DONE;
-}
-
-// Why the last call on `database` failed. It is a success if the database is empty.
-Failure LastFailure(const Database& database) {
-  switch (sqlite3_errcode(database.get())) {
-    case SQLITE_ERROR:
-      return HasTables(database) ? Failure{KVREG_FOREIGN, "it has no table of keys and values"}
-                                 : Failure{0, nullptr};
-    case SQLITE_NOTADB:
-      return {KVREG_FOREIGN, Reason(database)};
-    case SQLITE_CORRUPT:
-      return {KVREG_DAMAGED, Reason(database)};
-    default:
-      return {KVREG_FAILED, Reason(database)};
-  }
-}
-
 bool NeverWritten(const char* file) {
   struct stat status = {};
   return stat(file, &status) == 0 ? status.st_size == 0 : errno == ENOENT;
 }
 
-// Returns null if `key` has no value. On failure returns fail(failure), which is null.
+// Returns null if `key` has no value. On failure returns fail(reason, result), which is null.
 template <typename Fail>
 char* Read(const char* key, const Fail& fail) {
   if (const char* objection = Objection(key != nullptr)) {
-    return fail({KVREG_FAILED, objection});
+    return fail(objection, -1);
   }
   if (NeverWritten(RegistryFile())) {
     return nullptr;
@@ -135,39 +109,32 @@ char* Read(const char* key, const Fail& fail) {
   // Not read-only, because the next reader rolls back the transaction of a killed writer.
   Database database;
   if (!Open(SQLITE_OPEN_READWRITE, database)) {
-    return fail(LastFailure(database));
+    return fail(Reason(database), -1);
   }
   const Statement select = Prepare(database, kSelect);
   if (!select || !Bind(select, 1, key)) {
-    return fail(LastFailure(database));
+    return fail(Reason(database), -1);
   }
   const int step = sqlite3_step(select.get());
   if (step == SQLITE_DONE) {
     return nullptr;
   }
   if (step != SQLITE_ROW) {
-    return fail(LastFailure(database));
+    return fail(Reason(database), -1);
   }
   if (sqlite3_column_type(select.get(), 0) == SQLITE_NULL) {  // another program made the table
-    return fail({KVREG_BAD_VALUE, "its value is NULL"});
+    return fail("its value is NULL", KVREG_BAD_VALUE);
   }
   const unsigned char* text = sqlite3_column_text(select.get(), 0);
   char* value = text == nullptr ? nullptr : strdup(reinterpret_cast<const char*>(text));
-  return value == nullptr ? fail({KVREG_FAILED, "out of memory"}) : value;
-}
-
-int Report(const Failure& failure, char* reason, size_t size) {
-  std::snprintf(reason, size, "%s", failure.result == 0 ? "" : failure.reason);
-  return failure.result;
+  return value == nullptr ? fail("out of memory", -1) : value;
 }
 
 }  // namespace
 
 char* kvreg_get_str(const char* key) {
-  return Read(key, [key](const Failure& failure) -> char* {
-    if (failure.result != 0) {
-      LogFailure("read", key, failure.reason);
-    }
+  return Read(key, [key](const char* reason, int /*result*/) -> char* {
+    LogFailure("read", key, reason);
     return nullptr;
   });
 }
@@ -189,8 +156,9 @@ int kvreg_set_str(const char* key, const char* value) {
 
 int kvreg_try(const char* key, char* reason, size_t size) {
   int result = 0;
-  std::free(Read(key, [&](const Failure& failure) -> char* {
-    result = Report(failure, reason, size);
+  std::free(Read(key, [&](const char* why, int code) -> char* {
+    std::snprintf(reason, size, "%s", why);
+    result = code;
     return nullptr;
   }));
   return result;
@@ -198,12 +166,14 @@ int kvreg_try(const char* key, char* reason, size_t size) {
 
 int kvreg_unset(const char* key, char* reason, size_t size) {
   if (const char* objection = Objection(key != nullptr)) {
-    return Report({KVREG_FAILED, objection}, reason, size);
+    std::snprintf(reason, size, "%s", objection);
+    return -1;
   }
   Database database;
   if (NeverWritten(RegistryFile()) ||
       (Open(SQLITE_OPEN_READWRITE, database) && Run(database, kDelete, {key}))) {
     return 0;
   }
-  return Report(LastFailure(database), reason, size);
+  std::snprintf(reason, size, "%s", Reason(database));
+  return -1;
 }

@@ -11,23 +11,18 @@
 extern "C" {
 #endif
 
-/* Why a function failed. */
-enum {
-  KVREG_FAILED = -1,    /* another reason, such as a full disk */
-  KVREG_BAD_VALUE = -2, /* the value is not a string */
-  KVREG_FOREIGN = -3,   /* the file is not a registry */
-  KVREG_DAMAGED = -4    /* the file is a damaged registry */
-};
+/* The result if the value of a key is not a string. */
+#define KVREG_BAD_VALUE (-2)
 
 /*
- * Returns 0 if `key` can be read, even if it has no value. Otherwise returns one of the above and
+ * Returns 0 if `key` can be read, even if it has no value. Otherwise returns a negative value and
  * writes the reason to `reason`, cut to `size` bytes including the NUL. Logs nothing.
  */
 __attribute__((visibility("default"))) int kvreg_try(const char* key, char* reason, size_t size);
 
 /*
- * Removes `key`. Returns 0, also if the key has no value. Adds nothing to a file that is not a
- * registry. Otherwise returns the result and writes the reason as above.
+ * Removes `key`. Returns 0, also if the key has no value. Otherwise, also if the file is not a
+ * registry, changes nothing, returns a negative value and writes the reason as above.
  */
 __attribute__((visibility("default"))) int kvreg_unset(const char* key, char* reason, size_t size);
 
