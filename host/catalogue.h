@@ -5,8 +5,8 @@
 #include <string>
 
 // Throws HostError, "'path' is damaged: " and the reason, if the catalogue (.mo) at `path` cannot
-// be read, its structure is damaged, or its texts are not UTF-8. Also refuses plural forms and later
-// revisions of the format, which no text of the page needs.
+// be read, its structure is damaged, or its texts are not UTF-8. Also refuses plural forms and
+// later revisions of the format, which no text of the page needs.
 void CheckCatalogueFile(const std::string& path);
 
 #endif

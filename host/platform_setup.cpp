@@ -61,8 +61,7 @@ std::string OwnFile(const std::string& path) {
 std::string UseRoot(const std::string& root) {
   const fs::path used = root.empty() ? fs::path(OwnFile("/")) : fs::absolute(root);
   SetEnvironment(kRootVariable, used);
-  OpenFolder(LocateFile(ROOTFS_RESOURCES),
-             "install libmorvith-dataprovider, or pass another root");
+  OpenFolder(LocateFile(ROOTFS_RESOURCES), "install libmorvith-dataprovider, or pass another root");
   return used;
 }
 

@@ -49,8 +49,8 @@ std::vector<DeviceProfile> ReadDeviceProfiles();
 std::string FindRegistry(const std::string& file);
 
 // Makes the platform use the registry `path`, which the first write creates. If `writes`, creates
-// the user's state folder if `path` is in it. Otherwise that folder need not exist. Throws HostError
-// if the folder of `path` cannot be opened.
+// the user's state folder if `path` is in it. Otherwise that folder need not exist. Throws
+// HostError if the folder of `path` cannot be opened.
 void UseRegistry(const std::string& path, bool writes = true);
 
 #endif

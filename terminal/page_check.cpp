@@ -9,8 +9,6 @@
 #include <system_error>
 #include <utility>
 
-#include <nlohmann/json.hpp>
-
 #include "error.h"
 #include "platform_setup.h"
 #include "text.h"
@@ -21,10 +19,7 @@ namespace {
 // To store a value takes milliseconds, so not all types of a very long list are stored.
 constexpr std::size_t kMaxStored = 100;
 
-// The configuration and its tables.
 constexpr char kConfiguration[] = "/usr/share/lib-morvith-tv/res/config/hw_kbd_lang_config.json";
-constexpr char kNames[] = "keyboard_name_map";
-constexpr char kLocales[] = "lang_local_keyboard_type_table";
 
 const std::string kUnshown = "a control character, U+FFFD, or a byte that is not UTF-8";
 
@@ -87,26 +82,15 @@ class PageCheck {
     }
   }
 
-  // Returns true if the library can read it. A file that is not JSON has no type lists, which
-  // ReportMissingTypes() finds.
+  // The library would wait for the other end of a FIFO.
   bool CheckConfiguration() {
-    const std::string path = LocateFile(kConfiguration);
-    const std::string item = "configuration " + Quoted(kConfiguration);
     std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error)) {
-      Add(item, error ? "cannot be read" : "is not a regular file", "install it again");
-      return false;
+    const bool is_file = std::filesystem::is_regular_file(LocateFile(kConfiguration), error);
+    if (!is_file) {
+      Add("configuration " + Quoted(kConfiguration),
+          error ? "cannot be read" : "is not a regular file", "install it again");
     }
-    std::ifstream file(path);
-    const nlohmann::json document = nlohmann::json::parse(file, nullptr, false);
-    bool is_complete = true;
-    for (const char* table : {kNames, kLocales}) {
-      if (!document.is_discarded() && !document.value(table, nlohmann::json()).is_array()) {
-        Add(item, "has no array " + Quoted(table), "add it, or fix its name");
-        is_complete = false;
-      }
-    }
-    return is_complete;
+    return is_file;
   }
 
   void CheckKeyboard(const std::string& locale) {
@@ -134,7 +118,8 @@ class PageCheck {
     if (m_without_types.size() == m_languages.size()) {
       m_where = "page";
       Add("type list", "has no choices in any language",
-          "fix " + Quoted(kConfiguration) + ", or install it again");
+          "fix lang_local_keyboard_type_table in " + Quoted(kConfiguration) +
+              ", or install it again");
       return;
     }
     for (const std::string& locale : m_without_types) {
@@ -204,8 +189,8 @@ class PageCheck {
     std::set<std::string> reported;  // languages may share a name
     for (const std::string& text : texts) {
       if ((IsMessageId(text) || !IsShown(text)) && reported.insert(text).second) {
-        Add("text " + Quoted(text),
-            IsMessageId(text) ? "is not translated" : "has " + kUnshown, remedy);
+        Add("text " + Quoted(text), IsMessageId(text) ? "is not translated" : "has " + kUnshown,
+            remedy);
       }
     }
   }

@@ -1,15 +1,9 @@
 #include "profile_check.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cstddef>
-#include <cstdint>
-#include <optional>
+#include <fstream>
 #include <regex>
 #include <set>
-#include <sstream>
-#include <string_view>
-#include <system_error>
 #include <utility>
 
 #include <sys/mman.h>
@@ -28,78 +22,29 @@ constexpr char kDeviceGroup[] = "device";
 constexpr char kLanguageKey[] = "system_language_ids";
 constexpr char kBooleanGroup[] = "custom_bool";
 
-using Id = std::int32_t;
-
-// Accepts what the system-information service accepts.
-std::optional<Id> ParseId(std::string_view text) {
-  Id id = 0;
-  const auto [stop, error] = std::from_chars(text.begin(), text.end(), id);
-  return error == std::errc() && stop == text.end() ? std::optional(id) : std::nullopt;
-}
-
 std::string Group(const std::string& name) { return "[" + name + "]"; }
 
-// Redirects standard error, where the log goes, to memory.
+// Redirects standard error, where the log goes, to memory. kFile reads it from the beginning.
 class CapturedLog {
  public:
-  CapturedLog() {
-    if (m_log < 0 || m_standard_error < 0 || dup2(m_log, STDERR_FILENO) < 0) {
-      throw HostError("cannot read the log");
-    }
+  static constexpr char kFile[] = "/proc/self/fd/2";
+
+  CapturedLog() : m_standard_error(dup(STDERR_FILENO)) {
+    const int memory = memfd_create("log", 0);
+    dup2(memory, STDERR_FILENO);
+    close(memory);
   }
   ~CapturedLog() {
     dup2(m_standard_error, STDERR_FILENO);
     close(m_standard_error);
-    close(m_log);
   }
   CapturedLog(const CapturedLog&) = delete;
   CapturedLog& operator=(const CapturedLog&) = delete;
 
-  std::string Text() const {
-    std::string text(static_cast<std::size_t>(lseek(m_log, 0, SEEK_END)), '\0');
-    const ssize_t length = pread(m_log, text.data(), text.size(), 0);
-    return text.substr(0, static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
-  }
-
  private:
-  ScopedVariable m_level{kLogVariable, "warning"};
-  int m_log = memfd_create("log", MFD_CLOEXEC);
-  int m_standard_error = dup(STDERR_FILENO);
+  ScopedVariable m_level{kLogVariable, "info"};
+  int m_standard_error;
 };
-
-// What the plug-in does with a profile.
-struct Use {
-  std::set<Id> unknown_languages;
-  std::vector<Choice> booleans;  // the names that it reads
-};
-
-// Loads the plug-in with the profile. Leaves out the booleans, because the log has the names of
-// those that are missing.
-Use LearnUse(const std::string& profile, const std::string& plugin) {
-  const KeyFile reduced = LoadProfile(profile);
-  g_key_file_remove_group(reduced.get(), kBooleanGroup, nullptr);
-  g_autofree gchar* contents = g_key_file_to_data(reduced.get(), nullptr, nullptr);
-  const TemporaryProfile temporary(contents);
-  const CapturedLog log;
-  {
-    const Provider provider(plugin);
-    provider.ListItems(DATA_PROVIDER_LANGUAGE);
-    provider.HelpImagePath(DATA_PROVIDER_PAGE);
-  }
-  const std::regex unknown(R"(sys_lang_id \[(-?\d+)\] not support)");
-  const std::regex missing("^error DEVINFO: (.+?): ");
-  Use use;
-  std::istringstream lines(log.Text());
-  for (std::string line; std::getline(lines, line);) {
-    std::smatch match;
-    if (std::regex_search(line, match, unknown)) {
-      use.unknown_languages.insert(std::stoi(match[1]));
-    } else if (std::regex_search(line, match, missing) && match[1] != kLanguageKey) {
-      use.booleans.push_back({match[1], match[1]});
-    }
-  }
-  return use;
-}
 
 class ProfileCheck {
  public:
@@ -108,8 +53,7 @@ class ProfileCheck {
     CheckGroups();
     CheckDeviceKeys();
     try {
-      m_use = LearnUse(profile, plugin);
-      CheckLanguages();
+      UseWithoutBooleans(profile, plugin);
       CheckBooleans();
     } catch (const HostError& error) {
       Add("[device] and [custom_bool]", std::string("cannot be checked: ") + error.what(),
@@ -146,41 +90,54 @@ class ProfileCheck {
     }
   }
 
-  void CheckLanguages() {
-    const std::string item = Group(kDeviceGroup) + " " + kLanguageKey;
-    gsize count = 0;
-    g_auto(GStrv) entries =
-        g_key_file_get_string_list(m_profile.get(), kDeviceGroup, kLanguageKey, &count, nullptr);
-    if (count == 0) {
-      const bool is_there =
-          g_key_file_has_key(m_profile.get(), kDeviceGroup, kLanguageKey, nullptr) != FALSE;
-      Add(item, is_there ? "has no readable entry" : "is missing",
-          "list the language ids of the device");
+  // Loads the plug-in once and reads its log, which names each boolean that is missing.
+  void UseWithoutBooleans(const std::string& profile, const std::string& plugin) {
+    const KeyFile reduced = LoadProfile(profile);
+    g_key_file_remove_group(reduced.get(), kBooleanGroup, nullptr);
+    g_autofree gchar* contents = g_key_file_to_data(reduced.get(), nullptr, nullptr);
+    const TemporaryProfile temporary(contents);
+    const CapturedLog log;
+    {
+      const Provider provider(plugin);
+      provider.ListItems(DATA_PROVIDER_LANGUAGE);
+      provider.HelpImagePath(DATA_PROVIDER_PAGE);
     }
-    std::set<Id> listed;
-    for (gsize i = 0; i < count; ++i) {
-      const char* entry = g_strstrip(entries[i]);
-      CheckLanguage(item + " entry " + std::to_string(i + 1) + " " + Quoted(entry), ParseId(entry),
-                    listed);
-    }
+    ReadLog(CapturedLog::kFile);
   }
 
-  void CheckLanguage(const std::string& item, std::optional<Id> id, std::set<Id>& listed) {
-    if (!id) {
-      Add(item, "is not a 32-bit integer", "fix or remove it");
-    } else if (!listed.insert(*id).second) {
-      Add(item, "is a duplicate", "remove it");
-    } else if (m_use.unknown_languages.contains(*id)) {
-      Add(item, "is an unknown language id", "fix or remove it");
+  void ReadLog(const char* file) {
+    const std::string item = Group(kDeviceGroup) + " " + kLanguageKey;
+    const std::regex skipped(std::string(kLanguageKey) + ": (entry .*) skipped: (.*)");
+    const std::regex language(R"(sys_lang_id \[(-?\d+)\](.*))");
+    const std::regex missing("error DEVINFO: (.*?): .*");
+    std::set<std::string> ids;
+    std::ifstream lines(file);
+    std::smatch match;
+    for (std::string line; std::getline(lines, line);) {
+      if (std::regex_search(line, match, skipped)) {
+        Add(item + " " + match.str(1), "is " + match.str(2), "fix or remove it");
+      } else if (std::regex_search(line, match, language)) {
+        const std::string id = item + " " + match.str(1);
+        if (!ids.insert(id).second) {
+          Add(id, "is a duplicate", "remove it");
+        } else if (match.str(2) == " not support") {
+          Add(id, "is an unknown language id", "fix or remove it");
+        }
+      } else if (std::regex_match(line, match, missing) && match.str(1) != kLanguageKey) {
+        m_booleans.push_back({match.str(1), match.str(1)});
+      }
+    }
+    if (ids.empty()) {
+      Add(item, "has no language ids", "list those of the device");
     }
   }
 
   void CheckBooleans() {
     for (const std::string& name : KeysOf(kBooleanGroup)) {
       const std::string item = Group(kBooleanGroup) + " " + name;
-      if (std::ranges::find(m_use.booleans, name, &Choice::value) == m_use.booleans.end()) {
+      if (std::ranges::find(m_booleans, name, &Choice::value) == m_booleans.end()) {
         Add(item, "changes nothing on the page",
-            DidYouMean(name, m_use.booleans) + "fix its name, or remove it");
+            DidYouMean(name, m_booleans) + "fix its name, or remove it");
       }
       g_autoptr(GError) error = nullptr;
       g_key_file_get_boolean(m_profile.get(), kBooleanGroup, name.c_str(), &error);
@@ -199,7 +156,7 @@ class ProfileCheck {
 
   KeyFile m_profile;
   std::string m_where;
-  Use m_use;
+  std::vector<Choice> m_booleans;  // the names that the plug-in reads
   std::vector<Finding> m_findings;
 };
 

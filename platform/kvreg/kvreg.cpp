@@ -145,9 +145,8 @@ int kvreg_set_str(const char* key, const char* value) {
     return -1;
   }
   Database database;
-  if (!Open(SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, database) ||
-      !Execute(database, kBegin) || !Run(database, kUpsert, {key, value}) ||
-      !Execute(database, "COMMIT")) {
+  if (!Open(SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, database) || !Execute(database, kBegin) ||
+      !Run(database, kUpsert, {key, value}) || !Execute(database, "COMMIT")) {
     LogFailure("write", key, Reason(database));
     return -1;
   }
