@@ -35,8 +35,6 @@ bool Translates(const char* locale) {
          std::strcmp(nl_langinfo(CODESET), "UTF-8") == 0;
 }
 
-std::string LanguageOf(const std::string& locale) { return locale.substr(0, locale.find('_')); }
-
 fs::path CatalogueOf(const fs::path& folder) {
   return folder / "LC_MESSAGES" / (DATA_PROVIDER_TEXT_DOMAIN ".mo");
 }
@@ -71,30 +69,18 @@ void UseUiLanguage(const std::string& locale) {
 
 std::optional<std::string> FindCatalogue(const std::string& locale) {
   const fs::path directory = bindtextdomain(DATA_PROVIDER_TEXT_DOMAIN, nullptr);
-  for (const std::string& name : {locale, LanguageOf(locale)}) {
-    if (HasCatalogue(directory / name)) {
-      return name;
-    }
-  }
-  return std::nullopt;
-}
-
-void CheckForDamage(const std::string& locale) {
-  const fs::path directory = bindtextdomain(DATA_PROVIDER_TEXT_DOMAIN, nullptr);
-  for (const std::string& name : {locale, LanguageOf(locale)}) {
+  std::optional<std::string> found;
+  for (const std::string& name : {locale.substr(0, locale.find('_')), locale}) {
     std::error_code error;
     if (fs::exists(CatalogueOf(directory / name), error)) {
       CheckCatalogueFile(CatalogueOf(directory / name));
+      found = name;
     }
   }
+  return found;
 }
 
 void CheckCatalogue(const std::string& locale) {
-  try {
-    CheckForDamage(locale);
-  } catch (const HostError& damage) {
-    throw HostError(std::string("the catalogue ") + damage.what() + "; install it again");
-  }
   if (!FindCatalogue(locale)) {
     const fs::path directory = bindtextdomain(DATA_PROVIDER_TEXT_DOMAIN, nullptr);
     throw HostError("no catalogue for the language " + Quoted(locale) + " in " + Quoted(directory) +

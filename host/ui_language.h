@@ -14,14 +14,11 @@ inline constexpr char kNoLanguage[] = "C";
 void UseUiLanguage(const std::string& locale);
 
 // Returns the name of the installed catalogue for `locale`: "ko_KR" if it exists, or else "ko".
-// Null if neither exists. The provider must be loaded, because it binds the text domain.
+// Null if neither exists. Throws HostError as CheckCatalogueFile() does if one of them is damaged,
+// because gettext opens both. The provider must be loaded, because it binds the text domain.
 std::optional<std::string> FindCatalogue(const std::string& locale);
 
-// Throws HostError as CheckCatalogueFile() does, for a catalogue that gettext opens for `locale`. A
-// damaged catalogue can end the process. The provider must be loaded.
-void CheckForDamage(const std::string& locale);
-
-// Throws HostError if there is no catalogue for `locale`, or a damaged one.
+// Throws HostError if FindCatalogue() finds none or a damaged one.
 void CheckCatalogue(const std::string& locale);
 
 #endif

@@ -30,10 +30,6 @@ void CheckRegistry() {
   }
 }
 
-void List(const KeyboardPage& page, const Options& options, Report& report) {
-  report.Choices(ReadWithList(page, options.setting));
-}
-
 void Get(const KeyboardPage& page, const Options& options, Report& report) {
   const Setting setting = page.ReadSetting(options.setting);
   report.Value(setting);
@@ -99,7 +95,7 @@ void RunOnPage(const Options& options, const Sources& sources, Report& report) {
   CheckRegistry();
   switch (options.command) {
     case Command::kList:
-      return List(page, options, report);
+      return report.Choices(ReadWithList(page, options.setting));
     case Command::kGet:
       return Get(page, options, report);
     case Command::kSet:

@@ -21,11 +21,7 @@ constexpr std::size_t kMaxStored = 100;
 
 constexpr char kConfiguration[] = "/usr/share/lib-morvith-tv/res/config/hw_kbd_lang_config.json";
 
-const std::string kUnshown = "a control character, U+FFFD, or a byte that is not UTF-8";
-
-bool IsShown(const std::string& text) { return Printable(text).find("\uFFFD") == text.npos; }
-
-// Null if the file cannot be read.
+// Null if the file is not a regular one or cannot be read.
 std::optional<std::uintmax_t> ReadableLength(const std::string& path) {
   std::error_code error;
   const std::uintmax_t length = std::filesystem::file_size(path, error);
@@ -43,8 +39,8 @@ class PageCheck {
 
   std::vector<Finding> Run() {
     m_where = "page";
-    CheckHelpImage();
-    if (CheckConfiguration()) {
+    CheckFile("help image", m_page.ReadHead().help_image);
+    if (CheckFile("configuration", kConfiguration)) {
       for (const Choice& language : m_languages) {
         CheckKeyboard(language.value);
       }
@@ -74,23 +70,13 @@ class PageCheck {
     m_findings.push_back({m_where, item, problem, remedy});
   }
 
-  void CheckHelpImage() {
-    const std::string path = m_page.ReadHead().help_image;
+  // Returns false for a file that cannot be used. To open a FIFO could block forever.
+  bool CheckFile(const std::string& item, const std::string& path) {
     const std::optional<std::uintmax_t> length = ReadableLength(LocateFile(path));
     if (length.value_or(0) == 0) {
-      Add("help image " + Quoted(path), length ? "is empty" : "cannot be read", "install it again");
+      Add(item + " " + Quoted(path), length ? "is empty" : "cannot be read", "install it again");
     }
-  }
-
-  // The library would wait for the other end of a FIFO.
-  bool CheckConfiguration() {
-    std::error_code error;
-    const bool is_file = std::filesystem::is_regular_file(LocateFile(kConfiguration), error);
-    if (!is_file) {
-      Add("configuration " + Quoted(kConfiguration),
-          error ? "cannot be read" : "is not a regular file", "install it again");
-    }
-    return is_file;
+    return length.value_or(0) > 0;
   }
 
   void CheckKeyboard(const std::string& locale) {
@@ -160,8 +146,8 @@ class PageCheck {
     }
     if (type.text.size() == DATA_PROVIDER_TYPE_LENGTH) {
       Add(item, "has a text" + cut, "shorten its display_name");
-    } else if (!IsShown(type.text)) {
-      Add(item, "has a text with " + kUnshown, "fix its display_name");
+    } else if (Printable(type.text).find("\uFFFD") != std::string::npos) {
+      Add(item, "has U+FFFD or a control character in its text", "fix its display_name");
     } else if (type.value == locale + "." + type.text) {
       Add(item, "is shown as its id", "add a display_name");
     }
@@ -169,8 +155,9 @@ class PageCheck {
 
   void CheckInterface(const std::string& locale) {
     m_where = "interface " + locale;
+    std::optional<std::string> catalogue;
     try {
-      CheckForDamage(locale);
+      catalogue = FindCatalogue(locale);
     } catch (const HostError& damage) {
       if (m_damaged.insert(damage.what()).second) {  // languages may share a catalogue
         Add("catalogue", damage.what(), "install it again");
@@ -178,7 +165,6 @@ class PageCheck {
       return;
     }
     UseUiLanguage(locale);
-    const std::optional<std::string> catalogue = FindCatalogue(locale);
     const std::string remedy = catalogue ? "translate it in " + *catalogue + ".po"
                                          : "add a catalogue for " + Quoted(locale);
     const std::vector<std::string> texts = ReadTexts();
@@ -188,9 +174,8 @@ class PageCheck {
     }
     std::set<std::string> reported;  // languages may share a name
     for (const std::string& text : texts) {
-      if ((IsMessageId(text) || !IsShown(text)) && reported.insert(text).second) {
-        Add("text " + Quoted(text), IsMessageId(text) ? "is not translated" : "has " + kUnshown,
-            remedy);
+      if (IsMessageId(text) && reported.insert(text).second) {
+        Add("text " + Quoted(text), "is not translated", remedy);
       }
     }
   }

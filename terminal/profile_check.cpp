@@ -74,9 +74,7 @@ class ProfileCheck {
     for (gsize i = 0; i < count; ++i) {
       const std::string group = groups[i];
       if (group != kDeviceGroup && group != kBooleanGroup) {
-        Add(Group(group), "is unknown",
-            "rename it to " + Group(kDeviceGroup) + " or " + Group(kBooleanGroup) +
-                ", or remove it");
+        Add(Group(group), "is unknown", "rename it to [device] or [custom_bool], or remove it");
       }
     }
   }
@@ -84,8 +82,7 @@ class ProfileCheck {
   void CheckDeviceKeys() {
     for (const std::string& key : KeysOf(kDeviceGroup)) {
       if (key != kLanguageKey) {
-        Add(Group(kDeviceGroup) + " " + key, "is unknown",
-            std::string("rename it to ") + kLanguageKey + ", or remove it");
+        Add("[device] " + key, "is unknown", "rename it to system_language_ids, or remove it");
       }
     }
   }
@@ -106,8 +103,8 @@ class ProfileCheck {
   }
 
   void ReadLog(const char* file) {
-    const std::string item = Group(kDeviceGroup) + " " + kLanguageKey;
-    const std::regex skipped(std::string(kLanguageKey) + ": (entry .*) skipped: (.*)");
+    const std::string item = "[device] system_language_ids";
+    const std::regex skipped("system_language_ids: (entry .*) skipped: (.*)");
     const std::regex language(R"(sys_lang_id \[(-?\d+)\](.*))");
     const std::regex missing("error DEVINFO: (.*?): .*");
     std::set<std::string> ids;

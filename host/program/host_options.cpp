@@ -29,9 +29,7 @@ std::string CheckLocale(const std::string& text) {
 std::string CheckGiven(const std::string& text) { return text.empty() ? "is empty" : ""; }
 
 std::string CheckSetting(const std::string& word) {
-  return word == "language" || word == "type"
-             ? ""
-             : "unknown setting " + Quoted(word) + "; available: language, type";
+  return word == "language" || word == "type" ? "" : Quoted(word) + " is not language or type";
 }
 
 // Returns suggestions for the arguments of `app` that were not expected.

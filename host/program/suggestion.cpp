@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <functional>
 #include <numeric>
 
 #include <glib.h>
@@ -35,45 +34,35 @@ std::size_t Distance(const std::string& one, const std::string& other) {
   return row.back();
 }
 
-std::vector<std::string> ValuesWhere(const std::vector<Choice>& choices,
-                                     const std::function<bool(const Choice&)>& is_meant) {
-  std::vector<std::string> values;
-  for (const Choice& choice : choices) {
-    if (is_meant(choice)) {
-      values.push_back(choice.value);
-    }
+// Returns 0 if the choice contains the words of `wanted`, otherwise more for each different letter.
+std::size_t Rank(const std::string& wanted, const Choice& choice) {
+  const std::string words = Printable(choice.value + " " + choice.text);
+  if (g_str_match_string(wanted.c_str(), words.c_str(), TRUE) != FALSE) {
+    return 0;
   }
-  return values.size() <= kMaxSuggestions ? values : std::vector<std::string>();
-}
-
-std::vector<std::string> Suggest(const std::string& word, const std::vector<Choice>& choices) {
-  const std::string wanted = Printable(word);
-  std::vector<std::string> matching = ValuesWhere(choices, [&](const Choice& choice) {
-    const std::string words = Printable(choice.value + " " + choice.text);
-    return g_str_match_string(wanted.c_str(), words.c_str(), TRUE) != FALSE;
-  });
-  if (!matching.empty()) {
-    return matching;
-  }
-  const auto distance = [&](const Choice& choice) {
-    return std::min({Distance(wanted, choice.value), Distance(wanted, TypeIdOf(choice.value)),
-                     Distance(wanted, choice.text)});
-  };
-  std::size_t closest = kMaxDistance;
-  for (const Choice& choice : choices) {
-    closest = std::min(closest, distance(choice));
-  }
-  return ValuesWhere(choices, [&](const Choice& choice) { return distance(choice) == closest; });
+  return 1 + std::min({Distance(wanted, choice.value), Distance(wanted, TypeIdOf(choice.value)),
+                       Distance(wanted, choice.text)});
 }
 
 }  // namespace
 
 std::string DidYouMean(const std::string& word, const std::vector<Choice>& choices) {
-  const std::vector<std::string> similar = Suggest(word, choices);
+  std::vector<std::string> similar;
+  std::size_t best = kMaxDistance + 1;
+  for (const Choice& choice : choices) {
+    const std::size_t rank = Rank(Printable(word), choice);
+    if (rank < best) {
+      similar.clear();
+    }
+    if (rank <= best) {
+      similar.push_back(choice.value);
+      best = rank;
+    }
+  }
   std::string text;
   for (const std::string& value : similar) {
     text += text.empty() ? "did you mean " : &value == &similar.back() ? " or " : ", ";
     text += value;
   }
-  return similar.empty() ? "" : text + "? ";
+  return similar.empty() || similar.size() > kMaxSuggestions ? "" : text + "? ";
 }

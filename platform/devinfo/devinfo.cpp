@@ -30,11 +30,6 @@ GKeyFile* LoadProfile() {
     Log(QLOG_PRIORITY_ERROR, "device profile", "DEVINFO_PROFILE is not set");
     return nullptr;
   }
-  const bool exists = g_file_test(path, G_FILE_TEST_EXISTS) != FALSE;
-  if (exists && g_file_test(path, G_FILE_TEST_IS_REGULAR) == FALSE) {  // a FIFO would block
-    Log(QLOG_PRIORITY_ERROR, path, "not a regular file");
-    return nullptr;
-  }
   g_autoptr(GKeyFile) profile = g_key_file_new();
   g_autoptr(GError) error = nullptr;
   if (g_key_file_load_from_file(profile, path, G_KEY_FILE_NONE, &error) == FALSE) {
