@@ -116,13 +116,13 @@ std::string FindRegistry(const std::string& file) {
 
 void UseRegistry(const std::string& path, bool writes) {
   const fs::path folder = fs::path(path).parent_path();
-  const std::string remedy = "pass another file for the registry";
+  const bool is_own = folder == StateFolder();
   std::error_code error;
-  if (folder != StateFolder()) {
-    OpenFolder(folder, remedy);
-  } else if (writes && !fs::create_directories(folder, error) && error) {
-    throw HostError("cannot create the folder " + Quoted(folder) + ": " + error.message() + "; " +
-                    remedy);
+  if (is_own && writes) {
+    fs::create_directories(folder, error);
+  }
+  if (!is_own || writes) {
+    OpenFolder(folder, "pass a registry in another folder");
   }
   SetEnvironment(kRegistryVariable, path);
 }

@@ -39,16 +39,11 @@ fs::path CatalogueOf(const fs::path& folder) {
   return folder / "LC_MESSAGES" / (DATA_PROVIDER_TEXT_DOMAIN ".mo");
 }
 
-bool HasCatalogue(const fs::path& folder) {
-  std::error_code error;
-  return fs::is_regular_file(CatalogueOf(folder), error);
-}
-
 std::vector<std::string> Catalogues(const fs::path& directory) {
   std::vector<std::string> names;
   std::error_code error;
   for (const fs::directory_entry& entry : fs::directory_iterator(directory, error)) {
-    if (HasCatalogue(entry.path())) {
+    if (fs::exists(CatalogueOf(entry.path()), error)) {
       names.push_back(entry.path().filename());
     }
   }

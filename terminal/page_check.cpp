@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <set>
@@ -20,14 +19,6 @@ namespace {
 constexpr std::size_t kMaxStored = 100;
 
 constexpr char kConfiguration[] = "/usr/share/lib-morvith-tv/res/config/hw_kbd_lang_config.json";
-
-// Null if the file is not a regular one or cannot be read.
-std::optional<std::uintmax_t> ReadableLength(const std::string& path) {
-  std::error_code error;
-  const std::uintmax_t length = std::filesystem::file_size(path, error);
-  const bool readable = !error && std::ifstream(path).good();
-  return readable ? std::optional(length) : std::nullopt;
-}
 
 class PageCheck {
  public:
@@ -72,11 +63,15 @@ class PageCheck {
 
   // Returns false for a file that cannot be used. To open a FIFO could block forever.
   bool CheckFile(const std::string& item, const std::string& path) {
-    const std::optional<std::uintmax_t> length = ReadableLength(LocateFile(path));
-    if (length.value_or(0) == 0) {
-      Add(item + " " + Quoted(path), length ? "is empty" : "cannot be read", "install it again");
+    const std::string located = LocateFile(path);
+    std::error_code error;
+    const bool is_empty = std::filesystem::file_size(located, error) == 0;
+    const bool is_readable = !error && std::ifstream(located).good();
+    if (is_empty || !is_readable) {
+      Add(item + " " + Quoted(path), is_readable ? "is empty" : "cannot be read",
+          "install it again");
     }
-    return length.value_or(0) > 0;
+    return is_readable && !is_empty;
   }
 
   void CheckKeyboard(const std::string& locale) {

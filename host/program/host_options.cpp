@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <regex>
-#include <set>
 #include <utility>
 #include <vector>
 
@@ -34,24 +33,21 @@ std::string CheckSetting(const std::string& word) {
 
 // Returns suggestions for the arguments of `app` that were not expected.
 std::string SuggestNames(const CLI::App& app) {
-  std::set<std::string> names;
-  std::vector<const CLI::App*> commands = app.get_subcommands([](const CLI::App*) { return true; });
-  commands.push_back(&app);
-  for (const CLI::App* command : commands) {
-    names.insert(command->get_name());
-    for (const CLI::Option* option : command->get_options()) {
-      names.insert(option->get_name());
+  std::vector<Choice> commands;
+  std::vector<Choice> options;
+  std::vector<const CLI::App*> apps = app.get_subcommands([](const CLI::App*) { return true; });
+  for (const CLI::App* command : apps) {
+    commands.push_back({command->get_name(), command->get_name()});
+  }
+  apps.push_back(&app);
+  for (const CLI::App* owner : apps) {
+    for (const CLI::Option* option : owner->get_options()) {
+      options.push_back({option->get_name(), option->get_name()});
     }
   }
   std::string suggestions;
   for (const std::string& word : app.remaining(true)) {
-    std::vector<Choice> similar;
-    for (const std::string& name : names) {
-      if (name.starts_with("-") == word.starts_with("-")) {
-        similar.push_back({name, name});
-      }
-    }
-    suggestions += DidYouMean(word, similar);
+    suggestions += DidYouMean(word, word.starts_with("-") ? options : commands);
   }
   return suggestions;
 }

@@ -54,7 +54,7 @@ std::string DidYouMean(const std::string& word, const std::vector<Choice>& choic
     if (rank < best) {
       similar.clear();
     }
-    if (rank <= best) {
+    if (rank <= best && std::ranges::find(similar, choice.value) == similar.end()) {
       similar.push_back(choice.value);
       best = rank;
     }
