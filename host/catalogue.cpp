@@ -20,7 +20,6 @@ namespace {
 using Word = std::uint32_t;
 
 constexpr Word kMagic = 0x950412de;
-constexpr std::size_t kHeaderSize = 7 * sizeof(Word);
 
 class Catalogue {
  public:
@@ -32,7 +31,7 @@ class Catalogue {
   }
 
   void Check() {
-    Require(m_bytes.size() >= kHeaderSize, "it ends in its header");
+    Require(m_bytes.size() >= 7 * sizeof(Word), "it ends in its header");
     m_is_swapped = At(0) != kMagic;
     Require(At(0) == kMagic, "it does not begin like a catalogue");
     Require(At(4) == 0, "its revision is not 0");

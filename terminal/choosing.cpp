@@ -28,9 +28,8 @@ Setting ReadWithList(const KeyboardPage& page, SettingId id) {
     const Setting languages = ReadWithList(page, SettingId::kLanguage);
     const std::string example = languages.choices.empty() ? "" : languages.choices.front().value;
     throw HostError(
-        "no keyboard types to choose from: no language is stored; store one, for example with "
-        "'menu_host set language " +
-        example + "'");
+        "no keyboard types to choose from: no language is stored; 'menu_host set language " +
+        example + "' stores one");
   }
   throw HostError("the provider returned no list of languages");
 }

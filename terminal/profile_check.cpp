@@ -94,11 +94,9 @@ class ProfileCheck {
     g_autofree gchar* contents = g_key_file_to_data(reduced.get(), nullptr, nullptr);
     const TemporaryProfile temporary(contents);
     const CapturedLog log;
-    {
-      const Provider provider(plugin);
-      provider.ListItems(DATA_PROVIDER_LANGUAGE);
-      provider.HelpImagePath(DATA_PROVIDER_PAGE);
-    }
+    const Provider provider(plugin);
+    provider.ListItems(DATA_PROVIDER_LANGUAGE);
+    provider.HelpImagePath(DATA_PROVIDER_PAGE);
     ReadLog(CapturedLog::kFile);
   }
 

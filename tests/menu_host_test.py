@@ -20,7 +20,11 @@ KOREAN, ENGLISH = (f"locale/{name}/LC_MESSAGES/lib-morvith-tv.mo" for name in ("
 # Commands in this order, the exit status of each, and parts of its output.
 DIALOGUE = (
     ("", 0, ["Keyboard Settings\n", f"/{RESOURCES}/{EDJE}\n", "Keyboard Type      (not set)"]),
-    ("list type", 1, ["no language is stored", "menu_host set language en_US"]),
+    ("list type", 1, ["no language is stored", "'menu_host set language ko_KR' stores one"]),
+    ("--device prototype --registry=none/x list type", 1, ["cannot open the folder", "none'"]),
+    ("lst", 2, ["did you mean list?"]),
+    ("set --forc type x", 2, ["did you mean --force?"]),
+    ("list langage", 2, ["'langage' is not language or type"]),
     ("set language ko_KR", 0, [" ko_KR\nKeyboard Type      Korean (106 keys)  ko_KR.kr_ibm106\n"]),
     ("set type us_intl_ibm103i", 0, ["English (US, International)  ko_KR.us_intl_ibm103i"]),
     ("get type", 0, ["ko_KR.us_intl_ibm103i\n"]),
@@ -44,11 +48,11 @@ DIALOGUE = (
     ("devices --device europe", 0, ["* europe     /", "  global     /"]),
     (f"--registry '{BAD_PROVIDER}'", 1, [f"registry '{BAD_PROVIDER}': file is not a database"]),
     (f"--registry '{BAD_PROVIDER}' reset", 1, ["cannot remove ", "file is not a database"]),
-    ("--registry /nowhere/x", 1, ["no folder '/nowhere' for the registry; create it"]),
+    ("--registry /nowhere/x", 1, ["cannot open the folder '/nowhere': No such file"]),
     ("--ui-language eo_EO", 1, ["no catalogue for the language 'eo_EO'", ", zh_TW, zu\n"]),
     ("--device moon", 1, ["unknown device profile 'moon'; available: europe, global, prototype;"]),
     ("--device /etc/passwd", 1, ["cannot read the device profile '/etc/passwd': Key file"]),
-    ("--root /nowhere", 1, ["'/nowhere/usr/share/lib-morvith-tv'", "or pass a root that has it\n"]),
+    ("--root /nowhere", 1, ["'/nowhere/usr/share/lib-morvith-tv'", "or pass another root\n"]),
     ("--log loud", 2, ["unknown log level 'loud'; available: info"]),
     ("--plugin /nowhere.so", 1, ["cannot load the plug-in: /nowhere.so"]),
     ("--plugin libc.so.6", 1, ["does not export create_provider"]),
@@ -79,7 +83,7 @@ BAD_PROFILE = ("[device]\nsystem_language_ids=1; 7x;;99999999999;-3 ;0;-03\nsyst
 PROFILE_FINDINGS = (
     "[devise] is unknown", "[device] system_langauge_ids is unknown", "2 '7x' is not a 32-bit",
     "3 '' is not a 32-bit integer", "4 '99999999999' is not a 32-bit integer; fix or remove it",
-    "5 '-3' is an unknown language id; fix or remove it", "7 '-03' is a duplicate; remove it",
+    "ids -3 is an unknown language id; fix or remove it", "ids -3 is a duplicate; remove it",
     "smart_control changes nothing on the page; fix", "smart_control is not a boolean; write")
 
 
@@ -117,7 +121,7 @@ class MenuHostTest(unittest.TestCase):
         self.assertEqual(listed, ["English", "en_US", "Korean", "ko_KR"])
         self.check(findings=PROFILE_FINDINGS)
         self.profile.write_text("")
-        self.check(findings=[f"profile {self.profile}: [device] system_language_ids is missing; "])
+        self.check(findings=[f"profile {self.profile}: [device] system_language_ids has no language ids; "])
 
     def test_check_finds_nothing_on_good_devices_and_keeps_the_registry(self):
         self.host("set", "language", "ko_KR")
