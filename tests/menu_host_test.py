@@ -6,6 +6,8 @@ import pathlib
 import resource
 import shlex
 import shutil
+import sqlite3
+import struct
 import subprocess
 import tempfile
 import unittest
@@ -21,7 +23,6 @@ KOREAN, ENGLISH = (f"locale/{name}/LC_MESSAGES/lib-morvith-tv.mo" for name in ("
 DIALOGUE = (
     ("", 0, ["Keyboard Settings\n", f"/{RESOURCES}/{EDJE}\n", "Keyboard Type      (not set)"]),
     ("list type", 1, ["no language is stored", "'menu_host set language ko_KR' stores one"]),
-    ("--device prototype --registry=none/x list type", 1, ["cannot open the folder", "none'"]),
     ("lst", 2, ["did you mean list?"]),
     ("set --forc type x", 2, ["did you mean --force?"]),
     ("list langage", 2, ["'langage' is not language or type"]),
@@ -48,6 +49,9 @@ DIALOGUE = (
     ("devices --device europe", 0, ["* europe     /", "  global     /"]),
     (f"--registry '{BAD_PROVIDER}'", 1, [f"registry '{BAD_PROVIDER}': file is not a database"]),
     (f"--registry '{BAD_PROVIDER}' reset", 1, ["cannot remove ", "file is not a database"]),
+    ("--registry /dev/null", 1, ["registry '/dev/null': not a regular file"]),
+    ("--device /dev/null", 1, ["'/dev/null': not a regular file"]),
+    ("--plugin /dev/null", 1, ["'/dev/null': not a regular file"]),
     ("--registry /nowhere/x", 1, ["cannot open the folder '/nowhere': No such file"]),
     ("--ui-language eo_EO", 1, ["no catalogue for the language 'eo_EO'", ", zh_TW, zu\n"]),
     ("--device moon", 1, ["unknown device profile 'moon'; available: europe, global, prototype;"]),
@@ -64,19 +68,45 @@ TYPES = json.dumps({
     "keyboard_name_map": [{"name": "t", "display_name": LONG}, {"name": LONG, "display_name": "N"}],
     "lang_local_keyboard_type_table": [
         {"lang_local": "en_US", "keyboard_types": ["t", "id", LONG]}]}).encode()
-GERMAX = (ROOT / RESOURCES / KOREAN).read_bytes().replace(b"LANGUAGE_GERMAN", b"LANGUAGE_GERMAX")
+CATALOGUE = (ROOT / RESOURCES / KOREAN).read_bytes()
+GERMAX = CATALOGUE.replace(b"LANGUAGE_GERMAN", b"LANGUAGE_GERMAX")
+WORDS = 7 + 4 * CATALOGUE[8]  # in the header and the tables
+TEXTS = int.from_bytes(CATALOGUE[16:20], "little")  # the offset of their table
+
+
+def catalogue(offset, word):
+    return CATALOGUE[:offset] + word.to_bytes(4, "little") + CATALOGUE[offset + 4:]
+
+
+BIG_ENDIAN = (struct.pack(f">{WORDS}I", *struct.unpack_from(f"<{WORDS}I", CATALOGUE))
+              + CATALOGUE[4 * WORDS:])
+DAMAGED_CATALOGUES = (
+    (b"", "it ends in its header"), (catalogue(0, 0), "it does not begin like a catalogue"),
+    (catalogue(4, 1), "its revision"), (catalogue(8, 2**31), "a table is outside the file"),
+    (catalogue(20, 2), "its hash table"), (catalogue(TEXTS + 8, 0), "a string has no end"),
+    (CATALOGUE[:-1], "a string has no end"), (catalogue(TEXTS + 12, 0), "its strings overlap"),
+    (CATALOGUE.replace(b"\x00TV_SID", b"\x00AV_SID"), "its message ids are not in order"),
+    (CATALOGUE.replace(b"UTF-8", b"UTF-9"), "its charset"), (CATALOGUE[:-2] + b"\xff\0", "a string is not UTF-8"),
+)
 GOOD_PROFILE = ("[device]\nsystem_language_ids=1;0;12\n[custom_bool]\n"
                 "com.velmora/featureconf/bt_profile_bt_smart_control=true")
+FIFO = "fifo"
 # The contents of files (None: no file), and a part of each finding.
 IMAGE_FINDINGS = (
-    ({EDJE: None, ENGLISH: None, KOREAN: GERMAX, CONFIG: TYPES}, (
-        f"page: help image '/{RESOURCES}/{EDJE}' cannot be read; install it again",
+    ({ENGLISH: None, KOREAN: GERMAX, CONFIG: TYPES}, (
         "keyboard en_US: type 'en_US.t' has a text", "keyboard en_US: type 'en_US.id' is shown as",
         f"keyboard en_US: type 'en_US.{LONG[6:254]}' has a value of 254 bytes",
         "keyboard ko_KR: type list has no choices; ", "keyboard de_DE: type list has no choices; ",
         "interface en_US: page is not translated at all; add a catalogue for 'en_US'",
         "ko_KR: text 'SID_SETUP_LANGUAGE_GERMAN' is not translated; translate it in ko.po")),
-    ({EDJE: b"", CONFIG: b""}, (f"{EDJE}' is empty", "page: type list has no choices in any lang")),
+    ({EDJE: b"", CONFIG: b"{}"}, (f"{EDJE}' is empty", "type list has no choices in any language")),
+    ({CONFIG: b""}, (f"configuration '/{RESOURCES}/{CONFIG}' is empty",)),
+    ({KOREAN: BIG_ENDIAN}, ()),
+    *(({KOREAN: damaged}, (f"{KOREAN}' is damaged: {reason}",))
+      for damaged, reason in DAMAGED_CATALOGUES),
+    ({CONFIG: FIFO, EDJE: FIFO, ENGLISH: FIFO}, (
+        f"{EDJE}' cannot be read", f"{CONFIG}' cannot be read",
+        f"{ENGLISH}' is damaged: it is not a regular file")),
 )
 BAD_PROFILE = ("[device]\nsystem_language_ids=1; 7x;;99999999999;-3 ;0;-03\nsystem_langauge_ids=1\n"
                "[devise]\n[custom_bool]\nsmart_control=maybe")
@@ -84,7 +114,7 @@ PROFILE_FINDINGS = (
     "[devise] is unknown", "[device] system_langauge_ids is unknown", "2 '7x' is not a 32-bit",
     "3 '' is not a 32-bit integer", "4 '99999999999' is not a 32-bit integer; fix or remove it",
     "ids -3 is an unknown language id; fix or remove it", "ids -3 is a duplicate; remove it",
-    "smart_control changes nothing on the page; fix", "smart_control is not a boolean; write")
+    "smart_control changes nothing on the page; did you mean com.", "smart_control is not a boolean; write")
 
 
 class MenuHostTest(unittest.TestCase):
@@ -101,7 +131,7 @@ class MenuHostTest(unittest.TestCase):
         return done
 
     def check(self, *arguments, findings):
-        done = self.host("check", "--device", self.profile, *arguments, status=1)
+        done = self.host("check", "--device", self.profile, *arguments, status=bool(findings))
         for line, finding in zip(done.stdout.splitlines(), findings, strict=True):
             self.assertIn(finding, line)
 
@@ -135,9 +165,12 @@ class MenuHostTest(unittest.TestCase):
         for files, findings in IMAGE_FINDINGS:
             shutil.copytree(ROOT / RESOURCES, self.folder / RESOURCES, dirs_exist_ok=True)
             for path, contents in files.items():
-                (self.folder / RESOURCES / path).unlink()
-                if contents is not None:
-                    (self.folder / RESOURCES / path).write_bytes(contents)
+                file = self.folder / RESOURCES / path
+                file.unlink()
+                if contents == FIFO:
+                    os.mkfifo(file)
+                elif contents is not None:
+                    file.write_bytes(contents)
             self.check("--root", self.folder, findings=findings)
 
     def test_reports_a_full_disk_and_keeps_stored_values(self):
@@ -152,6 +185,13 @@ class MenuHostTest(unittest.TestCase):
         self.assertIn("the provider stored 'ko_KR.kr_ibm106' instead of 'xxx", done.stderr)
         with open("/dev/full", "w", encoding="utf-8") as full:
             self.host("info", stdout=full, status=1)
+
+    def test_changes_no_database_that_is_not_a_registry(self):
+        with sqlite3.connect(self.environment["KVREG_FILE"]) as database:
+            database.execute("CREATE TABLE other (x)")
+        for command in (["reset"], ["set", "language", "ko_KR"]):
+            self.assertIn("no such table: registry; ", self.host(*command, status=1).stderr)
+        self.assertEqual(database.execute("SELECT name FROM sqlite_master").fetchall(), [("other",)])
 
     def test_keeps_whole_values_if_it_is_killed(self):
         self.host("set", "language", "ko_KR")
