@@ -23,8 +23,7 @@ KOREAN, ENGLISH = (f"locale/{name}/LC_MESSAGES/lib-morvith-tv.mo" for name in ("
 DIALOGUE = (
     ("", 0, ["Keyboard Settings\n", f"/{RESOURCES}/{EDJE}\n", "Keyboard Type      (not set)"]),
     ("list type", 1, ["no language is stored", "'menu_host set language ko_KR' stores one"]),
-    ("lst", 2, ["did you mean list?"]),
-    ("set --forc type x", 2, ["did you mean --force?"]),
+    ("lst --jsn", 2, ["did you mean list?", "did you mean --json?"]),
     ("set language ko_KR", 0, [" ko_KR\nKeyboard Type      Korean (106 keys)  ko_KR.kr_ibm106\n"]),
     ("set type us_intl_ibm103i", 0, ["English (US, International)  ko_KR.us_intl_ibm103i"]),
     ("get type", 0, ["ko_KR.us_intl_ibm103i\n"]),
@@ -47,7 +46,6 @@ DIALOGUE = (
     ("get language", 1, ["nothing is stored"]),
     ("devices --device europe", 0, ["* europe     /", "  global     /"]),
     (f"--registry '{BAD_PROVIDER}'", 1, [f"registry '{BAD_PROVIDER}': file is not a database"]),
-    (f"--registry '{BAD_PROVIDER}' reset", 1, ["cannot remove ", "file is not a database"]),
     ("--registry /dev/null", 1, ["registry '/dev/null': not a regular file"]),
     ("--device /dev/null", 1, ["'/dev/null': not a regular file"]),
     ("--registry /nowhere/x", 1, ["cannot open the folder '/nowhere': No such file"]),
@@ -66,31 +64,29 @@ TYPES = json.dumps({
     "keyboard_name_map": [{"name": "t", "display_name": LONG}, {"name": LONG, "display_name": "N"}],
     "lang_local_keyboard_type_table": [
         {"lang_local": "en_US", "keyboard_types": ["t", "id", LONG]}]}).encode()
-CATALOGUE = (ROOT / RESOURCES / KOREAN).read_bytes()
-GERMAX = CATALOGUE.replace(b"LANGUAGE_GERMAN", b"LANGUAGE_GERMAX")
-WORDS = 7 + 4 * CATALOGUE[8]  # in the header and the tables
-TEXTS = int.from_bytes(CATALOGUE[16:20], "little")  # the offset of their table
+MO = (ROOT / RESOURCES / KOREAN).read_bytes()
+WORDS = 7 + 4 * MO[8]  # in the header and the tables
+TEXTS = int.from_bytes(MO[16:20], "little")  # the offset of their table
 
 
 def catalogue(offset, word):
-    return CATALOGUE[:offset] + word.to_bytes(4, "little") + CATALOGUE[offset + 4:]
+    return MO[:offset] + word.to_bytes(4, "little") + MO[offset + 4:]
 
 
-BIG_ENDIAN = (struct.pack(f">{WORDS}I", *struct.unpack_from(f"<{WORDS}I", CATALOGUE))
-              + CATALOGUE[4 * WORDS:])
-DAMAGED_CATALOGUES = (
+BIG_ENDIAN = struct.pack(f">{WORDS}I", *struct.unpack_from(f"<{WORDS}I", MO)) + MO[4 * WORDS:]
+DAMAGED = (
     (b"", "it ends in its header"), (catalogue(0, 0), "it does not begin like a catalogue"),
     (catalogue(4, 1), "its revision"), (catalogue(8, 2**31), "a table is outside the file"),
     (catalogue(20, 2), "its hash table"), (catalogue(TEXTS + 12, 0), "its strings overlap"),
-    (CATALOGUE[:-1], "a string has no end"), (CATALOGUE[:-2] + b"\xff\0", "a string is not UTF-8"),
-    (CATALOGUE.replace(b"\0TV_", b"\0AV_"), "its message ids"),
-    (CATALOGUE.replace(b"UTF-8", b"UTF-9"), "its charset is not UTF-8"),
+    (MO[:-1], "a string has no end"), (MO[:-2] + b"\xff\0", "a string is not UTF-8"),
+    (MO.replace(b"\0TV_", b"\0AV_"), "its message ids"),
+    (MO.replace(b"UTF-8", b"UTF-9"), "its charset is not UTF-8"),
 )
 GOOD_PROFILE = ("[device]\nsystem_language_ids=1;0;12\n[custom_bool]\n"
                 "com.velmora/featureconf/bt_profile_bt_smart_control=true")
 # The contents of files (None: a FIFO), and a part of each finding.
 IMAGE_FINDINGS = (
-    ({ENGLISH: catalogue(8, 1), KOREAN: GERMAX, CONFIG: TYPES}, (
+    ({ENGLISH: catalogue(8, 1), KOREAN: MO.replace(b"_GERMAN", b"_GERMAX"), CONFIG: TYPES}, (
         "keyboard en_US: type 'en_US.t' has a text", "keyboard en_US: type 'en_US.id' is shown as",
         f"keyboard en_US: type 'en_US.{LONG[6:254]}' has a value of 254 bytes",
         "keyboard ko_KR: type list has no choices; ", "keyboard de_DE: type list has no choices; ",
@@ -99,10 +95,8 @@ IMAGE_FINDINGS = (
     ({EDJE: b"", CONFIG: b"{}"}, (f"{EDJE}' is empty", "type list has no choices in any language")),
     ({CONFIG: b""}, (f"configuration '/{RESOURCES}/{CONFIG}' is empty",)),
     ({KOREAN: BIG_ENDIAN}, ()),
-    *(({KOREAN: damaged}, (f"{KOREAN}' is damaged: {reason}",))
-      for damaged, reason in DAMAGED_CATALOGUES),
-    ({CONFIG: None, EDJE: None, KOREAN: None}, (
-        f"{EDJE}' cannot be read", f"{CONFIG}' cannot be read", "is not a regular file")),
+    *(({KOREAN: file}, (f"{KOREAN}' is damaged: {reason}",)) for file, reason in DAMAGED),
+    ({CONFIG: None, EDJE: None, KOREAN: None}, (f"{EDJE}' can", f"{CONFIG}' can", "not a regular")),
 )
 BAD_PROFILE = ("[device]\nsystem_language_ids=1; 7x;;99999999999;-3 ;0;-03\nsystem_langauge_ids=1\n"
                "[devise]\n[custom_bool]\nsmart_control=maybe")
@@ -183,8 +177,7 @@ class MenuHostTest(unittest.TestCase):
         with sqlite3.connect(self.environment["KVREG_FILE"]) as database:
             database.execute("CREATE TABLE other (x)")
         self.assertIn("no such table: registry; fix", self.host("reset", status=1).stderr)
-        tables = database.execute("SELECT name FROM sqlite_master").fetchall()
-        self.assertEqual(tables, [("other",)])
+        self.assertEqual(len(list(database.execute("SELECT 1 FROM sqlite_master"))), 1)
 
     def test_keeps_whole_values_if_it_is_killed(self):
         self.host("set", "language", "ko_KR")
