@@ -187,6 +187,7 @@ void Canvas::ShowRow(const char* part, const Row& row, bool focused) {
 void Canvas::LoadHelp(const std::string& image) {
   const bool has_layout = image.ends_with(".edj");
   const std::string file = LocateFile(image);
+  RefuseSpecialFile(file);
   Evas* evas = ecore_evas_get(m_window.get());
   m_help = has_layout ? edje_object_add(evas) : evas_object_image_filled_add(evas);
   if (has_layout) {

@@ -22,8 +22,6 @@ constexpr char kDeviceGroup[] = "device";
 constexpr char kLanguageKey[] = "system_language_ids";
 constexpr char kBooleanGroup[] = "custom_bool";
 
-std::string Group(const std::string& name) { return "[" + name + "]"; }
-
 // Redirects standard error, where the log goes, to memory. kFile reads it from the beginning.
 class CapturedLog {
  public:
@@ -74,7 +72,8 @@ class ProfileCheck {
     for (gsize i = 0; i < count; ++i) {
       const std::string group = groups[i];
       if (group != kDeviceGroup && group != kBooleanGroup) {
-        Add(Group(group), "is unknown", "rename it to [device] or [custom_bool], or remove it");
+        Add("[" + group + "]", "is unknown",
+            "rename it to [device] or [custom_bool], or remove it");
       }
     }
   }
@@ -129,7 +128,7 @@ class ProfileCheck {
 
   void CheckBooleans() {
     for (const std::string& name : KeysOf(kBooleanGroup)) {
-      const std::string item = Group(kBooleanGroup) + " " + name;
+      const std::string item = "[custom_bool] " + name;
       if (std::ranges::find(m_booleans, name, &Choice::value) == m_booleans.end()) {
         Add(item, "changes nothing on the page",
             DidYouMean(name, m_booleans) + "fix its name, or remove it");
