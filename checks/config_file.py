@@ -6,16 +6,14 @@ import re
 
 import jsonschema
 
+import text_file
+
 CONFIG_FOLDER = pathlib.Path(__file__).resolve().parent.parent / "res/config"
 SCHEMA = json.loads((CONFIG_FOLDER / "hw_kbd_lang_config.schema.json").read_text("utf-8"))
 NAMES, LOCALES = "keyboard_name_map", "lang_local_keyboard_type_table"
 KEYS = {NAMES: "name", LOCALES: "lang_local"}
 SURROGATE = re.compile("[\ud800-\udfff]")
 LONGEST_MESSAGE = 80  # longer ones contain a long value
-
-
-class FormatError(Exception):
-    """The file cannot be checked further. The arguments are the findings."""
 
 
 class Object(dict):
@@ -72,22 +70,25 @@ def schema_findings(document):
                f"{error.message[:LONGEST_MESSAGE]}{end} {error.schema['description']}")
 
 
+def syntax_finding(error):
+    """A string ends in its line, so a line with an odd number of quotes lacks one."""
+    for number, line in enumerate(error.doc.split("\n"), 1):
+        if re.sub(r"\\.", "", line).count('"') % 2:
+            return f"line {number}: a quote is missing; add it"
+    return f"line {error.lineno}, column {error.colno}: not strict JSON: {error.msg}; fix the line"
+
+
 def parse(file):
     """Returns the document. Raises FormatError if it does not match the schema."""
     try:
-        document = Decoder().decode(file.read_bytes().decode("utf-8"))
+        document = Decoder().decode(text_file.read(file))
         findings = list(schema_findings(document))
-    except OSError as error:
-        findings = [f"cannot be read: {error.strerror}"]
-    except UnicodeDecodeError as error:
-        findings = [f"byte {error.start} is not UTF-8; save the file as UTF-8"]
     except json.JSONDecodeError as error:
-        findings = [f"line {error.lineno}, column {error.colno}: not strict JSON: {error.msg}; "
-                    "fix the line"]
+        findings = [syntax_finding(error)]
     except RecursionError:
         findings = ["brackets are nested too deeply; the format needs four levels"]
     if findings:
-        raise FormatError(*findings)
+        raise text_file.FormatError(*findings)
     return document
 
 

@@ -18,8 +18,8 @@ INVISIBLE = "\u200c\u200d\u00a0\u202f"  # joiners and no-break spaces within wor
 
 
 def languages():
-    """Returns the message id of the name, and the locale, of each language."""
-    rows = re.findall(r'^\s*\{\d+, "(\w+)", "(\w+)"\},$', LANGUAGE_TABLE.read_text("utf-8"), re.M)
+    """Returns the platform's id, the message id of the name, and the locale, of each language."""
+    rows = re.findall(r'^\s*\{(\d+), "(\w+)", "(\w+)"\},$', LANGUAGE_TABLE.read_text("utf-8"), re.M)
     if not rows:
         raise ValueError(f"no table of languages found in {LANGUAGE_TABLE}")
     return rows

@@ -56,6 +56,9 @@ class KeyboardPage {
   std::string ReadHelpImage() const;  // its path on the device
   Setting ReadSetting(SettingId id) const;
 
+  // Returns the stored value without reading the list; null if nothing is stored.
+  std::optional<std::string> ReadValue(SettingId id) const { return m_provider.Value(KeyOf(id)); }
+
   // Stores a choice. Read the setting again to see what the provider stored.
   void Store(SettingId id, const std::string& value);
 

@@ -31,7 +31,24 @@ bool Exists(const fs::path& file) {
 // GLib takes the home folder from the system's user database if HOME is unset.
 fs::path StateFolder() { return fs::path(g_get_user_state_dir()) / "morvith-menu-host"; }
 
+// Throws HostError with the reason and the remedy if `folder` cannot be opened.
+void OpenFolder(const fs::path& folder, const std::string& remedy) {
+  std::error_code error;
+  fs::directory_iterator(folder, error);
+  if (error) {
+    throw HostError("cannot open the folder " + Quoted(folder) + ": " + error.message() + "; " +
+                    remedy);
+  }
+}
+
 }  // namespace
+
+void RefuseSpecialFile(const std::string& path) {
+  std::error_code error;
+  if (Exists(path) && !fs::is_regular_file(path, error)) {
+    throw HostError("cannot open " + Quoted(path) + ": not a regular file");
+  }
+}
 
 std::string OwnFile(const std::string& path) {
   std::error_code error;
@@ -44,12 +61,7 @@ std::string OwnFile(const std::string& path) {
 std::string UseRoot(const std::string& root) {
   const fs::path used = root.empty() ? fs::path(OwnFile("/")) : fs::absolute(root);
   SetEnvironment(kRootVariable, used);
-  const std::string resources = LocateFile(ROOTFS_RESOURCES);
-  std::error_code error;
-  if (!fs::is_directory(resources, error)) {
-    throw HostError("no folder " + Quoted(resources) +
-                    "; install libmorvith-dataprovider, or pass a root that has it");
-  }
+  OpenFolder(LocateFile(ROOTFS_RESOURCES), "install libmorvith-dataprovider, or pass another root");
   return used;
 }
 
@@ -94,22 +106,23 @@ std::string FindRegistry(const std::string& file) {
   if (!file.empty()) {
     return fs::absolute(file);
   }
-  if (StateFolder().is_relative()) {  // HOME is empty
-    throw HostError("no folder for the registry: HOME is empty; pass a file for the registry");
+  if (StateFolder().is_relative()) {
+    throw HostError("no folder for the registry: " + Quoted(StateFolder()) +
+                    " is not an absolute path; fix HOME or XDG_STATE_HOME, or pass a file for the "
+                    "registry");
   }
   return StateFolder() / "registry.db";
 }
 
-void UseRegistry(const std::string& path) {
+void UseRegistry(const std::string& path, bool writes) {
   const fs::path folder = fs::path(path).parent_path();
+  const bool is_own = folder == StateFolder();
   std::error_code error;
-  if (folder == StateFolder()) {
+  if (is_own && writes) {
     fs::create_directories(folder, error);
   }
-  const std::string reason = error ? ": " + error.message() : "";
-  if (!fs::is_directory(folder, error)) {
-    throw HostError("no folder " + Quoted(folder) + " for the registry" + reason +
-                    "; create it, or pass another file for the registry");
+  if (!is_own || writes) {
+    OpenFolder(folder, "pass a registry in another folder");
   }
   SetEnvironment(kRegistryVariable, path);
 }

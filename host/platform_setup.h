@@ -18,9 +18,12 @@ inline constexpr char kLogVariable[] = "QLOG_LEVEL";
 // Returns the path of an installed file below the program's own root. `path` is absolute.
 std::string OwnFile(const std::string& path);
 
+// Throws HostError if `path` exists but is not a regular file. To open a FIFO could block forever.
+void RefuseSpecialFile(const std::string& path);
+
 // Makes the platform read the library's files below `root`, a folder laid out like a device. If
 // `root` is empty, uses the program's own root. Returns the absolute path of the root. Throws
-// HostError if the root has no such files.
+// HostError if the root has no such files, or they cannot be read.
 std::string UseRoot(const std::string& root);
 
 // Returns the path on this machine of the device's file `path`. Throws HostError if it is too long.
@@ -45,8 +48,9 @@ std::vector<DeviceProfile> ReadDeviceProfiles();
 // folder. Creates nothing. Throws HostError if the user has no state folder.
 std::string FindRegistry(const std::string& file);
 
-// Makes the platform use the registry `path`, which the first write creates. Creates the user's
-// state folder if `path` is in it. Throws HostError if the folder of `path` does not exist.
-void UseRegistry(const std::string& path);
+// Makes the platform use the registry `path`, which the first write creates. If `writes`, creates
+// the user's state folder if `path` is in it. Otherwise that folder need not exist. Throws
+// HostError if the folder of `path` cannot be opened.
+void UseRegistry(const std::string& path, bool writes = true);
 
 #endif

@@ -8,6 +8,7 @@
 #include <glib.h>
 
 #include "error.h"
+#include "platform_setup.h"
 #include "text.h"
 
 struct KeyFileDeleter {
@@ -18,6 +19,7 @@ using KeyFile = std::unique_ptr<GKeyFile, KeyFileDeleter>;
 // Reads the device profile at `path`. Throws HostError with the reason if it cannot be opened or
 // is not a key file.
 inline KeyFile LoadProfile(const std::string& path) {
+  RefuseSpecialFile(path);
   KeyFile file(g_key_file_new());
   g_autoptr(GError) error = nullptr;
   if (g_key_file_load_from_file(file.get(), path.c_str(), G_KEY_FILE_NONE, &error) == FALSE) {

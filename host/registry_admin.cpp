@@ -14,25 +14,26 @@ constexpr char kOtherFile[] = "pass another file for the registry or delete this
 
 using Reason = std::array<char, 256>;
 
-std::string Problem(const char* action, const std::string& key, const Reason& reason) {
+std::string Problem(const char* action, const std::string& key, const Reason& reason, int result) {
   const char* file = std::getenv(kRegistryVariable);
   return std::string("cannot ") + action + " " + Quoted(key) + " in the registry " +
-         Quoted(file == nullptr ? "" : file) + ": " + reason.data();
+         Quoted(file == nullptr ? "" : file) + ": " + reason.data() +
+         (result == KVREG_BAD_VALUE ? "; 'menu_host reset' removes it"
+                                    : "; fix this, or pass another file with --registry");
 }
 
 }  // namespace
 
 std::optional<std::string> WhyUnreadable(const std::string& key) {
   Reason reason;
-  if (kvreg_try(key.c_str(), reason.data(), reason.size()) == 0) {
-    return std::nullopt;
-  }
-  return Problem("read", key, reason) + "; try 'menu_host reset', or " + kOtherFile;
+  const int result = kvreg_try(key.c_str(), reason.data(), reason.size());
+  return result == 0 ? std::nullopt : std::optional(Problem("read", key, reason, result));
 }
 
 void RemoveKey(const std::string& key) {
   Reason reason;
-  if (kvreg_unset(key.c_str(), reason.data(), reason.size()) != 0) {
-    throw HostError(Problem("remove", key, reason) + "; " + kOtherFile);
+  const int result = kvreg_unset(key.c_str(), reason.data(), reason.size());
+  if (result != 0) {
+    throw HostError(Problem("remove", key, reason, result));
   }
 }

@@ -15,6 +15,7 @@
 #include <unicode/simpleformatter.h>
 #include <unicode/ulocdata.h>
 
+#include "catalogue.h"
 #include "data_provider.h"
 #include "error.h"
 #include "platform_setup.h"
@@ -29,7 +30,6 @@ namespace {
 // user's locale or a common one is used.
 constexpr std::array kLocales = {"C_XX.UTF-8", "", "en_US.UTF-8"};
 
-constexpr char kDefaultLanguage[] = "en_US";
 constexpr char kCatalogues[] = "/usr/share/lib-morvith-tv/res/locale";
 
 bool Translates(const char* locale) {
@@ -45,20 +45,25 @@ fs::path CatalogueOf(const fs::path& folder) {
   return folder / "LC_MESSAGES" / (DATA_PROVIDER_TEXT_DOMAIN ".mo");
 }
 
-bool HasCatalogue(const fs::path& folder) {
-  std::error_code error;
-  return fs::is_regular_file(CatalogueOf(folder), error);
-}
-
 std::vector<std::string> Catalogues(const fs::path& directory) {
   std::vector<std::string> names;
   std::error_code error;
   for (const fs::directory_entry& entry : fs::directory_iterator(directory, error)) {
-    if (HasCatalogue(entry.path())) {
+    if (fs::exists(CatalogueOf(entry.path()), error)) {
       names.push_back(entry.path().filename());
     }
   }
   std::sort(names.begin(), names.end());
+  return names;
+}
+
+// The catalogues that gettext opens for a locale: of its language, then its own.
+std::vector<std::string> CataloguesFor(const std::string& locale) {
+  std::vector<std::string> names = {locale.substr(0, locale.find('_')), locale};
+  std::erase_if(names, [](const std::string& name) {
+    std::error_code error;
+    return !fs::exists(CatalogueOf(LocateFile(kCatalogues) / fs::path(name)), error);
+  });
   return names;
 }
 
@@ -90,16 +95,15 @@ std::string WithTerritory(const std::string& language, const std::string& locale
 }
 
 std::optional<std::string> FindCatalogue(const std::string& locale) {
-  const fs::path directory = LocateFile(kCatalogues);
-  for (const std::string& name : {locale, locale.substr(0, locale.find('_'))}) {
-    if (HasCatalogue(directory / name)) {
-      return name;
-    }
+  const std::vector<std::string> names = CataloguesFor(locale);
+  for (const std::string& name : names) {
+    CheckCatalogueFile(CatalogueOf(LocateFile(kCatalogues) / fs::path(name)));
   }
-  return std::nullopt;
+  return names.empty() ? std::nullopt : std::optional(names.back());
 }
 
 UiLanguage ChooseUiLanguage(const std::string& wanted) {
+  const UiLanguage default_language = {"en_US", "default"};
   if (!wanted.empty()) {
     return {wanted, "--ui-language"};
   }
@@ -109,12 +113,10 @@ UiLanguage ChooseUiLanguage(const std::string& wanted) {
       continue;
     }
     const std::string locale = std::string(value).substr(0, std::strcspn(value, ".@"));
-    if (FindCatalogue(locale)) {
-      return {locale, variable};
-    }
-    break;  // the first variable that is set decides
+    const bool is_translated = !CataloguesFor(locale).empty();
+    return is_translated ? UiLanguage{locale, variable} : default_language;
   }
-  return {kDefaultLanguage, "default"};
+  return default_language;
 }
 
 void CheckCatalogue(const std::string& locale) {

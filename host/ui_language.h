@@ -19,20 +19,20 @@ void UseUiLanguage(const std::string& locale);
 std::string WithTerritory(const std::string& language, const std::string& locale);
 
 // Returns the name of the installed catalogue for `locale`: "ko_KR" if it exists, or else "ko".
-// Null if neither exists.
+// Null if neither exists. Throws HostError as CheckCatalogueFile() does if one of them is damaged,
+// because gettext opens both.
 std::optional<std::string> FindCatalogue(const std::string& locale);
 
 struct UiLanguage {
   std::string locale;
-  std::string
-      reason;  // where the language comes from: an option, an environment variable, or "default"
+  std::string reason;  // what decided: an option, an environment variable, or "default"
 };
 
 // Returns `wanted`. If it is empty, returns the user's locale (LC_ALL, LC_MESSAGES or LANG) if it
 // has a catalogue, or else "en_US".
 UiLanguage ChooseUiLanguage(const std::string& wanted);
 
-// Throws HostError if FindCatalogue() finds none.
+// Throws HostError if FindCatalogue() finds none or a damaged one.
 void CheckCatalogue(const std::string& locale);
 
 #endif

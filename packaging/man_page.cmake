@@ -8,7 +8,7 @@ function(add_man_page program name component)
   string(JOIN " " run ${CMAKE_CROSSCOMPILING_EMULATOR} ./${program})
   add_custom_command(OUTPUT ${page}.gz
     COMMAND ${CMAKE_COMMAND} -E env SOURCE_DATE_EPOCH=${MORVITH_SOURCE_DATE}
-      ${MORVITH_HELP2MAN} --no-info --name ${name} --output ${page} ${run}
+      ${MORVITH_HELP2MAN} --no-info --help-option --help-all --name ${name} --output ${page} ${run}
     COMMAND gzip --no-name --best --force ${page}
     DEPENDS ${program} WORKING_DIRECTORY $<TARGET_FILE_DIR:${program}> VERBATIM)
   add_custom_target(${program}_man_page ALL DEPENDS ${page}.gz)

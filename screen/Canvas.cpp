@@ -195,6 +195,7 @@ void Canvas::ShowRow(const char* part, const Row& row, bool focused) {
 
 void Canvas::LoadHelp(const std::string& image) {
   const std::string file = LocateFile(image);
+  RefuseSpecialFile(file);
   const bool is_layout = image.ends_with(".edj");
   Evas* evas = ecore_evas_get(m_window.get());
   m_help = is_layout ? edje_object_add(evas) : evas_object_image_filled_add(evas);

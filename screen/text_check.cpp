@@ -36,6 +36,7 @@ class TextCheck {
  private:
   void CheckInterface(const std::string& language) {
     m_where = "interface " + language;
+    FindCatalogue(language);  // throws HostError if it is damaged
     UseUiLanguage(language);
     m_canvas.SetLanguage(language);
     const PageState state(m_page);

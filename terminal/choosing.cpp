@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <vector>
 
 #include "error.h"
 #include "suggestion.h"
@@ -12,37 +11,31 @@ namespace {
 
 std::string WordFor(SettingId id) { return id == SettingId::kLanguage ? "language" : "type"; }
 
-std::string Alternatives(const std::vector<std::string>& values) {
-  std::string text;
-  for (const std::string& value : values) {
-    text += text.empty() ? "" : &value == &values.back() ? " or " : ", ";
-    text += value;
-  }
-  return text;
-}
-
 std::string UnknownChoice(const Setting& setting, const std::string& word) {
-  const std::vector<std::string> similar = Suggest(word, setting.choices);
   return "unknown " + WordFor(setting.id) + " " + Quoted(word) + "; " +
-         (similar.empty() ? "" : "did you mean " + Alternatives(similar) + "? ") +
-         "'menu_host list " + WordFor(setting.id) +
+         DidYouMean(word, setting.choices) + "'menu_host list " + WordFor(setting.id) +
          "' lists the choices; --force passes it to the provider unchecked";
 }
 
 }  // namespace
 
-void CheckHasList(const Setting& setting) {
+Setting ReadWithList(const KeyboardPage& page, SettingId id) {
+  Setting setting = page.ReadSetting(id);
   if (setting.has_list) {
-    return;
+    return setting;
   }
-  throw HostError(setting.id == SettingId::kType
-                      ? "no keyboard types to choose from: no language is stored; store one, for "
-                        "example with 'menu_host set language en_US'"
-                      : "the provider returned no list of languages");
+  if (id == SettingId::kType) {
+    const Setting languages = ReadWithList(page, SettingId::kLanguage);
+    const std::string example = languages.choices.empty() ? "" : languages.choices.front().value;
+    throw HostError(
+        "no keyboard types to choose from: no language is stored; 'menu_host set language " +
+        example + "' stores one");
+  }
+  throw HostError("the provider returned no list of languages");
 }
 
-std::string FindChoice(const Setting& setting, const std::string& word) {
-  CheckHasList(setting);
+std::string FindChoice(const KeyboardPage& page, SettingId id, const std::string& word) {
+  const Setting setting = ReadWithList(page, id);
   const auto found = std::ranges::find_if(setting.choices, [&word](const Choice& choice) {
     return choice.value == word || TypeIdOf(choice.value) == word;
   });

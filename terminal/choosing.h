@@ -6,12 +6,12 @@
 
 #include "KeyboardPage.h"
 
-// Throws HostError with the reason if the provider returned no list of choices.
-void CheckHasList(const Setting& setting);
+// Reads a setting. Throws HostError with the reason if the provider returns no list of choices.
+Setting ReadWithList(const KeyboardPage& page, SettingId id);
 
-// Returns the value of the choice that `word` names. `word` is the full value or, for a type, only
+// Returns the value of the choice of setting `id` that `word` names. `word` is the full value or, for a type, only
 // the type id. Throws HostError if there is no such choice; the message suggests similar ones.
-std::string FindChoice(const Setting& setting, const std::string& word);
+std::string FindChoice(const KeyboardPage& page, SettingId id, const std::string& word);
 
 // Checks that the provider stored `value` for the setting `id`, because the result of set_string
 // does not say so. `language` and `type` are the settings after the call. Throws HostError if it

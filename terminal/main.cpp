@@ -30,12 +30,6 @@ void CheckRegistry() {
   }
 }
 
-void List(const KeyboardPage& page, const Options& options, Report& report) {
-  const Setting setting = page.ReadSetting(options.setting);
-  CheckHasList(setting);
-  report.Choices(setting);
-}
-
 void Get(const KeyboardPage& page, const Options& options, Report& report) {
   const Setting setting = page.ReadSetting(options.setting);
   report.Value(setting);
@@ -46,7 +40,7 @@ void Get(const KeyboardPage& page, const Options& options, Report& report) {
 
 void Set(KeyboardPage& page, const Options& options, Report& report) {
   const std::string value =
-      options.force ? options.value : FindChoice(page.ReadSetting(options.setting), options.value);
+      options.force ? options.value : FindChoice(page, options.setting, options.value);
   page.Store(options.setting, value);
   const Setting language = page.ReadSetting(SettingId::kLanguage);
   const Setting type = page.ReadSetting(SettingId::kType);
@@ -67,6 +61,7 @@ void ShowPage(const KeyboardPage& page, Report& report) {
 }
 
 ProviderInfo ReadProviderInfo(const std::string& plugin) {
+  UseUiLanguage(kNoLanguage);
   const TemporaryRegistry registry;
   const Provider provider(plugin);
   KeyboardPage page(provider);
@@ -90,7 +85,7 @@ void Check(const Sources& sources, Report& report) {
 }
 
 void RunOnPage(const Options& options, const Sources& sources, Report& report) {
-  UseRegistry(sources.registry);
+  UseRegistry(sources.registry, options.command == Command::kSet);
   const Provider provider(sources.plugin);
   CheckCatalogue(sources.ui_language.locale);
   KeyboardPage page(provider);
@@ -100,7 +95,7 @@ void RunOnPage(const Options& options, const Sources& sources, Report& report) {
   CheckRegistry();
   switch (options.command) {
     case Command::kList:
-      return List(page, options, report);
+      return report.Choices(ReadWithList(page, options.setting));
     case Command::kGet:
       return Get(page, options, report);
     case Command::kSet:

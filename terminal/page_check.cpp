@@ -2,28 +2,23 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <set>
 #include <system_error>
 #include <utility>
 
+#include "error.h"
 #include "platform_setup.h"
 #include "text.h"
 #include "ui_language.h"
 
 namespace {
 
-constexpr char kConfiguration[] = "/usr/share/lib-morvith-tv/res/config/hw_kbd_lang_config.json";
+// To store a value takes milliseconds, so not all types of a very long list are stored.
+constexpr std::size_t kMaxStored = 100;
 
-// Null if the file cannot be read.
-std::optional<std::uintmax_t> ReadableLength(const std::string& path) {
-  std::error_code error;
-  const std::uintmax_t length = std::filesystem::file_size(path, error);
-  const bool readable = !error && std::ifstream(path).good();
-  return readable ? std::optional(length) : std::nullopt;
-}
+constexpr char kConfiguration[] = "/usr/share/lib-morvith-tv/res/config/hw_kbd_lang_config.json";
 
 class PageCheck {
  public:
@@ -34,11 +29,14 @@ class PageCheck {
   }
 
   std::vector<Finding> Run() {
-    CheckHelpImage();
-    for (const Choice& language : m_languages) {
-      CheckKeyboard(language.value);
+    m_where = "page";
+    CheckFile("help image", m_page.ReadHelpImage());
+    if (CheckFile("configuration", kConfiguration)) {
+      for (const Choice& language : m_languages) {
+        CheckKeyboard(language.value);
+      }
+      ReportMissingTypes();
     }
-    ReportMissingTypes();
     for (const Choice& language : m_languages) {
       CheckInterface(language.value);
     }
@@ -63,13 +61,17 @@ class PageCheck {
     m_findings.push_back({m_where, item, problem, remedy});
   }
 
-  void CheckHelpImage() {
-    m_where = "page";
-    const std::string path = m_page.ReadHelpImage();
-    const std::optional<std::uintmax_t> length = ReadableLength(LocateFile(path));
-    if (length.value_or(0) == 0) {
-      Add("help image " + Quoted(path), length ? "is empty" : "cannot be read", "install it again");
+  // Returns false for a file that cannot be used. To open a FIFO could block forever.
+  bool CheckFile(const std::string& item, const std::string& path) {
+    const std::string located = LocateFile(path);
+    std::error_code error;
+    const bool is_empty = std::filesystem::file_size(located, error) == 0;
+    const bool is_readable = !error && std::ifstream(located).good();
+    if (is_empty || !is_readable) {
+      Add(item + " " + Quoted(path), is_readable ? "is empty" : "cannot be read",
+          "install it again");
     }
+    return is_readable && !is_empty;
   }
 
   void CheckKeyboard(const std::string& locale) {
@@ -83,8 +85,12 @@ class PageCheck {
       return;
     }
     CheckFirstType(type);
+    std::set<std::string> stored;
     for (const Choice& choice : type.choices) {
       CheckType(locale, choice);
+      if (stored.size() < kMaxStored && stored.insert(choice.value).second) {
+        CheckStored(SettingId::kType, choice.value);
+      }
     }
   }
 
@@ -93,7 +99,8 @@ class PageCheck {
     if (m_without_types.size() == m_languages.size()) {
       m_where = "page";
       Add("type list", "has no choices in any language",
-          "fix " + Quoted(kConfiguration) + ", or install it again");
+          "fix lang_local_keyboard_type_table in " + Quoted(kConfiguration) +
+              ", or install it again");
       return;
     }
     for (const std::string& locale : m_without_types) {
@@ -105,7 +112,7 @@ class PageCheck {
   // Returns true if the provider stores `value` unchanged.
   bool CheckStored(SettingId id, const std::string& value) {
     m_page.Store(id, value);
-    const std::optional<std::string> stored = m_page.ReadSetting(id).value;
+    const std::optional<std::string> stored = m_page.ReadValue(id);
     if (stored == value) {
       return true;
     }
@@ -134,16 +141,25 @@ class PageCheck {
     }
     if (type.text.size() == DATA_PROVIDER_TYPE_LENGTH) {
       Add(item, "has a text" + cut, "shorten its display_name");
+    } else if (Printable(type.text).find("\uFFFD") != std::string::npos) {
+      Add(item, "has U+FFFD or a control character in its text", "fix its display_name");
     } else if (type.value == locale + "." + type.text) {
       Add(item, "is shown as its id", "add a display_name");
     }
-    CheckStored(SettingId::kType, type.value);
   }
 
   void CheckInterface(const std::string& locale) {
     m_where = "interface " + locale;
+    std::optional<std::string> catalogue;
+    try {
+      catalogue = FindCatalogue(locale);
+    } catch (const HostError& damage) {
+      if (m_damaged.insert(damage.what()).second) {  // languages may share a catalogue
+        Add("catalogue", damage.what(), "install it again");
+      }
+      return;
+    }
     UseUiLanguage(locale);
-    const std::optional<std::string> catalogue = FindCatalogue(locale);
     const std::string remedy = catalogue ? "translate it in " + *catalogue + ".po"
                                          : "add a catalogue for " + Quoted(locale);
     const std::vector<std::string> texts = ReadTexts();
@@ -167,6 +183,7 @@ class PageCheck {
   std::vector<std::string> m_ids;  // what ReadTexts() returns without a translation
   std::vector<Choice> m_languages;
   std::vector<std::string> m_without_types;  // locales
+  std::set<std::string> m_damaged;           // reports of damaged catalogues
   std::string m_where;
   std::vector<Finding> m_findings;
 };

@@ -1,16 +1,18 @@
 #include "profile_check.h"
 
-#include <charconv>
-#include <cstdint>
-#include <optional>
+#include <algorithm>
+#include <fstream>
+#include <regex>
 #include <set>
-#include <string_view>
-#include <system_error>
 #include <utility>
+
+#include <sys/mman.h>
+#include <unistd.h>
 
 #include "Provider.h"
 #include "platform_setup.h"
 #include "profile.h"
+#include "suggestion.h"
 #include "temporary.h"
 #include "text.h"
 
@@ -20,63 +22,44 @@ constexpr char kDeviceGroup[] = "device";
 constexpr char kLanguageKey[] = "system_language_ids";
 constexpr char kBooleanGroup[] = "custom_bool";
 
-using Id = std::int32_t;
-
-// Accepts what the system-information service accepts.
-std::optional<Id> ParseId(std::string_view text) {
-  Id id = 0;
-  const auto [stop, error] = std::from_chars(text.begin(), text.end(), id);
-  return error == std::errc() && stop == text.end() ? std::optional(id) : std::nullopt;
-}
-
-std::string Group(const std::string& name) { return "[" + name + "]"; }
-
-// Loads the plug-in with temporary profiles to learn what it reads from them.
-class Trials {
+// Redirects standard error, where the log goes, to memory. kFile reads it from the beginning.
+class CapturedLog {
  public:
-  explicit Trials(std::string plugin) : m_plugin(std::move(plugin)) {}
+  static constexpr char kFile[] = "/proc/self/fd/2";
 
-  // A known language that is listed twice yields two entries; an unknown one yields only the
-  // fallback.
-  bool KnowsLanguage(Id id) const {
-    const std::string text = std::to_string(id);
-    const TemporaryProfile profile(Group(kDeviceGroup) + "\n" + kLanguageKey + "=" + text + ";" +
-                                   text);
-    const auto languages = Provider(m_plugin).ListItems(DATA_PROVIDER_LANGUAGE);
-    return languages && languages->size() > 1;
+  CapturedLog() : m_standard_error(dup(STDERR_FILENO)) {
+    const int memory = memfd_create("log", 0);
+    dup2(memory, STDERR_FILENO);
+    close(memory);
   }
-
-  bool ReadsBoolean(const std::string& name) const {
-    return HelpImageWhen(name, "true") != HelpImageWhen(name, "false");
+  ~CapturedLog() {
+    dup2(m_standard_error, STDERR_FILENO);
+    close(m_standard_error);
   }
+  CapturedLog(const CapturedLog&) = delete;
+  CapturedLog& operator=(const CapturedLog&) = delete;
 
  private:
-  std::optional<std::string> HelpImageWhen(const std::string& name, const char* value) const {
-    const TemporaryProfile profile(Group(kBooleanGroup) + "\n" + name + "=" + value);
-    return Provider(m_plugin).HelpImagePath(DATA_PROVIDER_PAGE);
-  }
-
-  std::string m_plugin;
-  ScopedVariable m_log_level{kLogVariable, "none"};
+  ScopedVariable m_level{kLogVariable, "info"};
+  int m_standard_error;
 };
 
 class ProfileCheck {
  public:
   ProfileCheck(const std::string& profile, const std::string& plugin)
-      : m_profile(LoadProfile(profile)), m_trials(plugin), m_where("profile " + profile) {}
-
-  std::vector<Finding> Run() {
+      : m_profile(LoadProfile(profile)), m_where("profile " + profile) {
     CheckGroups();
     CheckDeviceKeys();
     try {
-      CheckLanguages();
+      UseWithoutBooleans(profile, plugin);
       CheckBooleans();
     } catch (const HostError& error) {
       Add("[device] and [custom_bool]", std::string("cannot be checked: ") + error.what(),
           "fix this, then check again");
     }
-    return std::move(m_findings);
   }
+
+  std::vector<Finding> TakeFindings() { return std::move(m_findings); }
 
  private:
   void Add(const std::string& item, const std::string& problem, const std::string& remedy) {
@@ -89,9 +72,8 @@ class ProfileCheck {
     for (gsize i = 0; i < count; ++i) {
       const std::string group = groups[i];
       if (group != kDeviceGroup && group != kBooleanGroup) {
-        Add(Group(group), "is unknown",
-            "rename it to " + Group(kDeviceGroup) + " or " + Group(kBooleanGroup) +
-                ", or remove it");
+        Add("[" + group + "]", "is unknown",
+            "rename it to [device] or [custom_bool], or remove it");
       }
     }
   }
@@ -99,46 +81,57 @@ class ProfileCheck {
   void CheckDeviceKeys() {
     for (const std::string& key : KeysOf(kDeviceGroup)) {
       if (key != kLanguageKey) {
-        Add(Group(kDeviceGroup) + " " + key, "is unknown",
-            std::string("rename it to ") + kLanguageKey + ", or remove it");
+        Add("[device] " + key, "is unknown", "rename it to system_language_ids, or remove it");
       }
     }
   }
 
-  void CheckLanguages() {
-    const std::string item = Group(kDeviceGroup) + " " + kLanguageKey;
-    gsize count = 0;
-    g_auto(GStrv) entries =
-        g_key_file_get_string_list(m_profile.get(), kDeviceGroup, kLanguageKey, &count, nullptr);
-    if (count == 0) {
-      const bool is_there =
-          g_key_file_has_key(m_profile.get(), kDeviceGroup, kLanguageKey, nullptr) != FALSE;
-      Add(item, is_there ? "has no readable entry" : "is missing",
-          "list the language ids of the device");
-    }
-    std::set<Id> listed;
-    for (gsize i = 0; i < count; ++i) {
-      const char* entry = g_strstrip(entries[i]);
-      CheckLanguage(item + " entry " + std::to_string(i + 1) + " " + Quoted(entry), ParseId(entry),
-                    listed);
-    }
+  // Loads the plug-in once and reads its log, which names each boolean that is missing.
+  void UseWithoutBooleans(const std::string& profile, const std::string& plugin) {
+    const KeyFile reduced = LoadProfile(profile);
+    g_key_file_remove_group(reduced.get(), kBooleanGroup, nullptr);
+    g_autofree gchar* contents = g_key_file_to_data(reduced.get(), nullptr, nullptr);
+    const TemporaryProfile temporary(contents);
+    const CapturedLog log;
+    const Provider provider(plugin);
+    provider.ListItems(DATA_PROVIDER_LANGUAGE);
+    provider.HelpImagePath(DATA_PROVIDER_PAGE);
+    ReadLog(CapturedLog::kFile);
   }
 
-  void CheckLanguage(const std::string& item, std::optional<Id> id, std::set<Id>& listed) {
-    if (!id) {
-      Add(item, "is not a 32-bit integer", "fix or remove it");
-    } else if (!listed.insert(*id).second) {
-      Add(item, "is a duplicate", "remove it");
-    } else if (!m_trials.KnowsLanguage(*id)) {
-      Add(item, "is an unknown language id", "fix or remove it");
+  void ReadLog(const char* file) {
+    const std::string item = "[device] system_language_ids";
+    const std::regex skipped("system_language_ids: (entry .*) skipped: (.*)");
+    const std::regex language(R"(sys_lang_id \[(-?\d+)\](.*))");
+    const std::regex missing("error DEVINFO: (.*?): .*");
+    std::set<std::string> ids;
+    std::ifstream lines(file);
+    std::smatch match;
+    for (std::string line; std::getline(lines, line);) {
+      if (std::regex_search(line, match, skipped)) {
+        Add(item + " " + match.str(1), "is " + match.str(2), "fix or remove it");
+      } else if (std::regex_search(line, match, language)) {
+        const std::string id = item + " " + match.str(1);
+        if (!ids.insert(id).second) {
+          Add(id, "is a duplicate", "remove it");
+        } else if (match.str(2) == " not support") {
+          Add(id, "is an unknown language id", "fix or remove it");
+        }
+      } else if (std::regex_match(line, match, missing) && match.str(1) != kLanguageKey) {
+        m_booleans.push_back({match.str(1), match.str(1)});
+      }
+    }
+    if (ids.empty()) {
+      Add(item, "has no language ids", "list those of the device");
     }
   }
 
   void CheckBooleans() {
     for (const std::string& name : KeysOf(kBooleanGroup)) {
-      const std::string item = Group(kBooleanGroup) + " " + name;
-      if (!m_trials.ReadsBoolean(name)) {
-        Add(item, "changes nothing on the page", "fix its name, or remove it");
+      const std::string item = "[custom_bool] " + name;
+      if (std::ranges::find(m_booleans, name, &Choice::value) == m_booleans.end()) {
+        Add(item, "changes nothing on the page",
+            DidYouMean(name, m_booleans) + "fix its name, or remove it");
       }
       g_autoptr(GError) error = nullptr;
       g_key_file_get_boolean(m_profile.get(), kBooleanGroup, name.c_str(), &error);
@@ -156,13 +149,13 @@ class ProfileCheck {
   }
 
   KeyFile m_profile;
-  Trials m_trials;
   std::string m_where;
+  std::vector<Choice> m_booleans;  // the names that the plug-in reads
   std::vector<Finding> m_findings;
 };
 
 }  // namespace
 
 std::vector<Finding> CheckProfile(const std::string& profile, const std::string& plugin) {
-  return ProfileCheck(profile, plugin).Run();
+  return ProfileCheck(profile, plugin).TakeFindings();
 }

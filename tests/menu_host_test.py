@@ -6,6 +6,8 @@ import pathlib
 import resource
 import shlex
 import shutil
+import sqlite3
+import struct
 import subprocess
 import tempfile
 import unittest
@@ -20,7 +22,8 @@ KOREAN, ENGLISH = (f"locale/{name}/LC_MESSAGES/lib-morvith-tv.mo" for name in ("
 # Commands in this order, the exit status of each, and parts of its output.
 DIALOGUE = (
     ("", 0, ["Keyboard Settings\n", f"/{RESOURCES}/{EDJE}\n", "Keyboard Type      (not set)"]),
-    ("list type", 1, ["no language is stored", "menu_host set language en_US"]),
+    ("list type", 1, ["no language is stored", "'menu_host set language ko_KR' stores one"]),
+    ("lst --jsn", 2, ["did you mean list?", "did you mean --json?"]),
     ("set language ko_KR", 0, [" ko_KR\nKeyboard Type      Korean (106 keys)  ko_KR.kr_ibm106\n"]),
     ("set type us_intl_ibm103i", 0, ["English (US, International)  ko_KR.us_intl_ibm103i"]),
     ("get type", 0, ["ko_KR.us_intl_ibm103i\n"]),
@@ -44,12 +47,13 @@ DIALOGUE = (
     ("get language", 1, ["nothing is stored"]),
     ("devices --device europe", 0, ["* europe     /", "  global     /"]),
     (f"--registry '{BAD_PROVIDER}'", 1, [f"registry '{BAD_PROVIDER}': file is not a database"]),
-    (f"--registry '{BAD_PROVIDER}' reset", 1, ["cannot remove ", "file is not a database"]),
-    ("--registry /nowhere/x", 1, ["no folder '/nowhere' for the registry; create it"]),
+    ("--registry /dev/null", 1, ["registry '/dev/null': not a regular file"]),
+    ("--device /dev/null", 1, ["'/dev/null': not a regular file"]),
+    ("--registry /nowhere/x", 1, ["cannot open the folder '/nowhere': No such file"]),
     ("--ui-language eo_EO", 1, ["no catalogue for the language 'eo_EO'", ", zh_TW, zu\n"]),
     ("--device moon", 1, ["unknown device profile 'moon'; available: europe, global, prototype;"]),
     ("--device /etc/passwd", 1, ["cannot read the device profile '/etc/passwd': Key file"]),
-    ("--root /nowhere", 1, ["'/nowhere/usr/share/lib-morvith-tv'", "or pass a root that has it\n"]),
+    ("--root /nowhere", 1, ["'/nowhere/usr/share/lib-morvith-tv'", "or pass another root\n"]),
     ("--log loud", 2, ["unknown log level 'loud'; available: info"]),
     ("--plugin /nowhere.so", 1, ["cannot load the plug-in: /nowhere.so"]),
     ("--plugin libc.so.6", 1, ["does not export create_provider"]),
@@ -61,27 +65,47 @@ TYPES = json.dumps({
     "keyboard_name_map": [{"name": "t", "display_name": LONG}, {"name": LONG, "display_name": "N"}],
     "lang_local_keyboard_type_table": [
         {"lang_local": "en_US", "keyboard_types": ["t", "id", LONG]}]}).encode()
-FRENCX = (ROOT / RESOURCES / KOREAN).read_bytes().replace(b"LANGUAGE_FRENCH", b"LANGUAGE_FRENCX")
-GOOD_PROFILE = ("[device]\nsystem_language_ids=1;0;3;11\n[custom_bool]\n"
+MO = (ROOT / RESOURCES / KOREAN).read_bytes()
+WORDS = 7 + 4 * MO[8]  # in the header and the tables
+TEXTS = int.from_bytes(MO[16:20], "little")  # the offset of their table
+
+
+def catalogue(offset, word):
+    return MO[:offset] + word.to_bytes(4, "little") + MO[offset + 4:]
+
+
+BIG_ENDIAN = struct.pack(f">{WORDS}I", *struct.unpack_from(f"<{WORDS}I", MO)) + MO[4 * WORDS:]
+DAMAGED = (
+    (b"", "it ends in its header"), (catalogue(0, 0), "it does not begin like a catalogue"),
+    (catalogue(4, 1), "its revision"), (catalogue(8, 2**31), "a table is outside the file"),
+    (catalogue(20, 2), "its hash table"), (catalogue(TEXTS + 12, 0), "its strings overlap"),
+    (MO[:-1], "a string has no end"), (MO[:-2] + b"\xff\0", "a string is not UTF-8"),
+    (MO.replace(b"\0TV_", b"\0AV_"), "its message ids"),
+    (MO.replace(b"UTF-8", b"UTF-9"), "its charset is not UTF-8"),
+)
+GOOD_PROFILE = ("[device]\nsystem_language_ids=1;0;12\n[custom_bool]\n"
                 "com.velmora/featureconf/bt_profile_bt_smart_control=true")
-# The contents of files (None: no file), and a part of each finding.
+# The contents of files (None: a FIFO), and a part of each finding.
 IMAGE_FINDINGS = (
-    ({EDJE: None, ENGLISH: None, KOREAN: FRENCX, CONFIG: TYPES}, (
-        f"page: help image '/{RESOURCES}/{EDJE}' cannot be read; install it again",
+    ({ENGLISH: catalogue(8, 1), KOREAN: MO.replace(b"_GERMAN", b"_GERMAX"), CONFIG: TYPES}, (
         "keyboard en_US: type 'en_US.t' has a text", "keyboard en_US: type 'en_US.id' is shown as",
         f"keyboard en_US: type 'en_US.{LONG[6:254]}' has a value of 254 bytes",
-        "keyboard ko_KR: type list has no choices", "keyboard fr_CA: type list", "keyboard fr_FR: t",
-        "interface en_US: page is not translated at all; add a catalogue for 'en_US'",
-        "ko_KR: text 'SID_SETUP_LANGUAGE_FRENCH' is not translated; translate it in ko.po")),
-    ({EDJE: b"", CONFIG: b""}, (f"{EDJE}' is empty", "page: type list has no choices in any lang")),
+        "keyboard ko_KR: type list has no choices; ", "keyboard de_DE: type list has no choices; ",
+        "interface en_US: page is not translated at all; translate it in en.po",
+        "ko_KR: text 'SID_SETUP_LANGUAGE_GERMAN' is not translated; translate it in ko.po")),
+    ({EDJE: b"", CONFIG: b"{}"}, (f"{EDJE}' is empty", "type list has no choices in any language")),
+    ({CONFIG: b""}, (f"configuration '/{RESOURCES}/{CONFIG}' is empty",)),
+    ({KOREAN: BIG_ENDIAN}, ()),
+    *(({KOREAN: file}, (f"{KOREAN}' is damaged: {reason}",)) for file, reason in DAMAGED),
+    ({CONFIG: None, EDJE: None, KOREAN: None}, (f"{EDJE}' can", f"{CONFIG}' can", "not a regular")),
 )
 BAD_PROFILE = ("[device]\nsystem_language_ids=1; 7x;;99999999999;-3 ;0;-03\nsystem_langauge_ids=1\n"
                "[devise]\n[custom_bool]\nsmart_control=maybe")
 PROFILE_FINDINGS = (
     "[devise] is unknown", "[device] system_langauge_ids is unknown", "2 '7x' is not a 32-bit",
     "3 '' is not a 32-bit integer", "4 '99999999999' is not a 32-bit integer; fix or remove it",
-    "5 '-3' is an unknown language id; fix or remove it", "7 '-03' is a duplicate; remove it",
-    "smart_control changes nothing on the page; fix", "smart_control is not a boolean; write")
+    "ids -3 is an unknown language id; fix or remove it", "ids -3 is a duplicate; remove it",
+    "smart_control changes nothing on the page; did you mean com", "smart_control is not a boolean")
 
 
 class MenuHostTest(unittest.TestCase):
@@ -98,8 +122,8 @@ class MenuHostTest(unittest.TestCase):
         self.assertEqual(done.returncode, status, done)
         return done
 
-    def check(self, findings):
-        done = self.host("check", status=1)
+    def check(self, *arguments, findings):
+        done = self.host("check", "--device", self.profile, *arguments, status=bool(findings))
         for line, finding in zip(done.stdout.splitlines(), findings, strict=True):
             self.assertIn(finding, line)
 
@@ -123,9 +147,9 @@ class MenuHostTest(unittest.TestCase):
         self.environment["DEVINFO_PROFILE"] = str(self.profile)
         listed = self.host("list", "language").stdout.split()
         self.assertEqual(listed, ["English", "en_US", "Korean", "ko_KR"])
-        self.check(PROFILE_FINDINGS)
+        self.check(findings=PROFILE_FINDINGS)
         self.profile.write_text("")
-        self.check([f"profile {self.profile}: [device] system_language_ids is missing; "])
+        self.check(findings=[f"profile {self.profile}: [device] system_language_ids has no lang"])
 
     def test_check_finds_nothing_on_good_devices_and_leaves_no_files(self):
         for device, log_lines in (("global", 0), ("europe", 0), ("prototype", 2)):
@@ -139,10 +163,10 @@ class MenuHostTest(unittest.TestCase):
         for files, findings in IMAGE_FINDINGS:
             shutil.copytree(ROOT / RESOURCES, self.folder / RESOURCES, dirs_exist_ok=True)
             for path, contents in files.items():
-                (self.folder / RESOURCES / path).unlink()
-                if contents is not None:
-                    (self.folder / RESOURCES / path).write_bytes(contents)
-            self.check(findings)
+                file = self.folder / RESOURCES / path
+                file.unlink()
+                os.mkfifo(file) if contents is None else file.write_bytes(contents)
+            self.check("--root", self.folder, findings=findings)
 
     def test_reports_a_full_disk_and_keeps_stored_values(self):
         def limit(size):
@@ -155,6 +179,12 @@ class MenuHostTest(unittest.TestCase):
         self.assertIn("the provider stored 'ko_KR.kr_ibm106' instead of 'xxx", done.stderr)
         with open("/dev/full", "w", encoding="utf-8") as full:
             self.host("info", stdout=full, status=1)
+
+    def test_changes_no_database_that_is_not_a_registry(self):
+        with sqlite3.connect(self.environment["KVREG_FILE"]) as database:
+            database.execute("CREATE TABLE other (x)")
+        self.assertIn("no such table: registry; fix", self.host("reset", status=1).stderr)
+        self.assertEqual(len(list(database.execute("SELECT 1 FROM sqlite_master"))), 1)
 
     def test_keeps_whole_values_if_it_is_killed(self):
         self.host("set", "language", "ko_KR")

@@ -9,6 +9,7 @@
 #include <CLI/CLI.hpp>
 
 #include "program.h"
+#include "suggestion.h"
 #include "text.h"
 #include "ui_language.h"
 
@@ -32,6 +33,27 @@ std::string CheckSetting(const std::string& word) {
              : "unknown setting " + Quoted(word) + "; available: language, type";
 }
 
+// Returns suggestions for the arguments of `app` that were not expected.
+std::string SuggestNames(const CLI::App& app) {
+  std::vector<Choice> commands;
+  std::vector<Choice> options;
+  std::vector<const CLI::App*> apps = app.get_subcommands([](const CLI::App*) { return true; });
+  for (const CLI::App* command : apps) {
+    commands.push_back({command->get_name(), command->get_name()});
+  }
+  apps.push_back(&app);
+  for (const CLI::App* owner : apps) {
+    for (const CLI::Option* option : owner->get_options()) {
+      options.push_back({option->get_name(), option->get_name()});
+    }
+  }
+  std::string suggestions;
+  for (const std::string& word : app.remaining(true)) {
+    suggestions += DidYouMean(word, word.starts_with("-") ? options : commands);
+  }
+  return suggestions;
+}
+
 // Not a check of the option: recent versions of CLI11 drop an environment variable that fails one.
 void UseLogLevel(const std::string& level) {
   if (level.empty()) {
@@ -48,6 +70,7 @@ void UseLogLevel(const std::string& level) {
 
 void AddHostOptions(CLI::App& app, const char* version, HostOptions& options) {
   app.set_version_flag("--version", app.get_name() + " " + version, "Print the version and exit");
+  app.set_help_all_flag("--help-all", "Print this help and that of each command, and exit");
   app.get_formatter()->column_width(kNameColumn);
   app.fallthrough();  // options may follow a command
   app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
@@ -99,7 +122,7 @@ bool Parse(CLI::App& app, int argc, const char* const* argv) {
     app.exit(help);
     return false;
   } catch (const CLI::ParseError& error) {
-    throw UsageError(std::string(error.what()) + "; '" + app.get_name() +
+    throw UsageError(std::string(error.what()) + "; " + SuggestNames(app) + "'" + app.get_name() +
                      " --help' lists the commands and options");
   }
 }
@@ -111,6 +134,7 @@ Sources SetUpHost(const HostOptions& options) {
   sources.root = UseRoot(options.root);
   sources.registry = FindRegistry(options.registry);
   sources.plugin = options.plugin.empty() ? OwnFile(HOST_PLUGIN) : options.plugin;
+  RefuseSpecialFile(sources.plugin);
   sources.ui_language = ChooseUiLanguage(options.ui_language);
   UseUiLanguage(sources.ui_language.locale);
   return sources;

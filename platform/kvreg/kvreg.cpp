@@ -53,6 +53,10 @@ const char* Objection(bool complete) {
   if (RegistryFile() == nullptr) {
     return "KVREG_FILE is not set to a file";
   }
+  struct stat status = {};
+  if (stat(RegistryFile(), &status) == 0 && !S_ISREG(status.st_mode)) {
+    return "not a regular file";
+  }
   return complete ? nullptr : "null key or value";
 }
 
@@ -88,20 +92,16 @@ bool Run(const Database& database, const char* sql, std::initializer_list<const 
   return sqlite3_step(statement.get()) == SQLITE_DONE;
 }
 
-bool Change(const Database& database, const char* sql, std::initializer_list<const char*> texts) {
-  return Execute(database, kBegin) && Run(database, sql, texts) && Execute(database, "COMMIT");
-}
-
 bool NeverWritten(const char* file) {
   struct stat status = {};
   return stat(file, &status) == 0 ? status.st_size == 0 : errno == ENOENT;
 }
 
-// Returns null if `key` has no value. On failure returns fail(reason), which is null.
+// Returns null if `key` has no value. On failure returns fail(reason, result), which is null.
 template <typename Fail>
 char* Read(const char* key, const Fail& fail) {
   if (const char* objection = Objection(key != nullptr)) {
-    return fail(objection);
+    return fail(objection, -1);
   }
   if (NeverWritten(RegistryFile())) {
     return nullptr;
@@ -109,31 +109,31 @@ char* Read(const char* key, const Fail& fail) {
   // Not read-only, because the next reader rolls back the transaction of a killed writer.
   Database database;
   if (!Open(SQLITE_OPEN_READWRITE, database)) {
-    return fail(Reason(database));
+    return fail(Reason(database), -1);
   }
   const Statement select = Prepare(database, kSelect);
   if (!select || !Bind(select, 1, key)) {
-    return fail(Reason(database));
+    return fail(Reason(database), -1);
   }
   const int step = sqlite3_step(select.get());
   if (step == SQLITE_DONE) {
     return nullptr;
   }
   if (step != SQLITE_ROW) {
-    return fail(Reason(database));
+    return fail(Reason(database), -1);
   }
   if (sqlite3_column_type(select.get(), 0) == SQLITE_NULL) {  // another program made the table
-    return fail("its value is NULL");
+    return fail("its value is NULL", KVREG_BAD_VALUE);
   }
   const unsigned char* text = sqlite3_column_text(select.get(), 0);
   char* value = text == nullptr ? nullptr : strdup(reinterpret_cast<const char*>(text));
-  return value == nullptr ? fail("out of memory") : value;
+  return value == nullptr ? fail("out of memory", -1) : value;
 }
 
 }  // namespace
 
 char* kvreg_get_str(const char* key) {
-  return Read(key, [key](const char* reason) -> char* {
+  return Read(key, [key](const char* reason, int /*result*/) -> char* {
     LogFailure("read", key, reason);
     return nullptr;
   });
@@ -145,8 +145,8 @@ int kvreg_set_str(const char* key, const char* value) {
     return -1;
   }
   Database database;
-  if (!Open(SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, database) ||
-      !Change(database, kUpsert, {key, value})) {
+  if (!Open(SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, database) || !Execute(database, kBegin) ||
+      !Run(database, kUpsert, {key, value}) || !Execute(database, "COMMIT")) {
     LogFailure("write", key, Reason(database));
     return -1;
   }
@@ -155,9 +155,9 @@ int kvreg_set_str(const char* key, const char* value) {
 
 int kvreg_try(const char* key, char* reason, size_t size) {
   int result = 0;
-  std::free(Read(key, [&](const char* why) -> char* {
+  std::free(Read(key, [&](const char* why, int code) -> char* {
     std::snprintf(reason, size, "%s", why);
-    result = -1;
+    result = code;
     return nullptr;
   }));
   return result;
@@ -170,7 +170,7 @@ int kvreg_unset(const char* key, char* reason, size_t size) {
   }
   Database database;
   if (NeverWritten(RegistryFile()) ||
-      (Open(SQLITE_OPEN_READWRITE, database) && Change(database, kDelete, {key}))) {
+      (Open(SQLITE_OPEN_READWRITE, database) && Run(database, kDelete, {key}))) {
     return 0;
   }
   std::snprintf(reason, size, "%s", Reason(database));

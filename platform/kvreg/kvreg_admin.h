@@ -11,6 +11,9 @@
 extern "C" {
 #endif
 
+/* The result if the value of a key is not a string. */
+#define KVREG_BAD_VALUE (-2)
+
 /*
  * Returns 0 if `key` can be read, even if it has no value. Otherwise returns a negative value and
  * writes the reason to `reason`, cut to `size` bytes including the NUL. Logs nothing.
@@ -18,8 +21,8 @@ extern "C" {
 __attribute__((visibility("default"))) int kvreg_try(const char* key, char* reason, size_t size);
 
 /*
- * Removes `key`. Returns 0, also if the key has no value. Otherwise returns a negative value and
- * writes the reason as above.
+ * Removes `key`. Returns 0, also if the key has no value. Otherwise, also if the file is not a
+ * registry, changes nothing, returns a negative value and writes the reason as above.
  */
 __attribute__((visibility("default"))) int kvreg_unset(const char* key, char* reason, size_t size);
 

@@ -1,0 +1,109 @@
+#include "catalogue.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <set>
+#include <system_error>
+
+#include <glib.h>
+
+#include "error.h"
+#include "text.h"
+
+namespace {
+
+using Word = std::uint32_t;
+
+constexpr Word kMagic = 0x950412de;
+
+class Catalogue {
+ public:
+  explicit Catalogue(const std::string& path) : m_path(path) {
+    std::error_code error;
+    Require(std::filesystem::is_regular_file(path, error), "it is not a regular file");
+    std::ifstream file(path, std::ios::binary);
+    m_bytes.assign(std::istreambuf_iterator<char>(file), {});
+  }
+
+  void Check() {
+    Require(m_bytes.size() >= 7 * sizeof(Word), "it ends in its header");
+    m_is_swapped = At(0) != kMagic;
+    Require(At(0) == kMagic, "it does not begin like a catalogue");
+    Require(At(4) == 0, "its revision is not 0");
+    const Word count = At(8);
+    const Word ids = Table(12, std::uint64_t{2} * count);
+    const Word texts = Table(16, std::uint64_t{2} * count);
+    CheckHashTable(Table(24, At(20)), At(20), count);
+    std::uint64_t ids_end = 0;
+    std::uint64_t texts_end = 0;
+    std::string previous;
+    for (Word i = 0; i < count; ++i) {
+      const std::string id = String(ids + 8 * i, ids_end);
+      const std::string text = String(texts + 8 * i, texts_end);
+      Require(i > 0 || strcasestr(text.c_str(), "charset=UTF-8\n") != nullptr,
+              "its charset is not UTF-8");
+      Require(i > 0 ? previous < id : id.empty(), "its message ids are not in order");
+      previous = id;
+    }
+  }
+
+ private:
+  void Require(bool condition, const char* problem) const {
+    if (!condition) {
+      throw HostError(Quoted(m_path) + " is damaged: " + problem);
+    }
+  }
+
+  Word At(std::size_t offset) const {
+    Word word = 0;
+    std::memcpy(&word, &m_bytes[offset], sizeof(word));
+    return m_is_swapped ? GUINT32_SWAP_LE_BE(word) : word;
+  }
+
+  // Returns the offset of a table, which is in the header at `offset`.
+  Word Table(std::size_t offset, std::uint64_t words) const {
+    const bool is_inside = At(offset) + words * sizeof(Word) <= m_bytes.size();
+    Require(is_inside, "a table is outside the file");
+    return At(offset);
+  }
+
+  // The table has each message once, and an empty element, at which gettext stops to search.
+  void CheckHashTable(std::size_t table, Word size, Word count) const {
+    std::multiset<Word> numbers;
+    for (Word i = 0; i < size; ++i) {
+      numbers.insert(At(table + i * sizeof(Word)));
+    }
+    const bool has_empty = numbers.erase(0) > 0;
+    Word last = 0;
+    const auto is_next = [&last](Word number) { return number == ++last; };
+    Require(size == 0 || (has_empty && std::ranges::all_of(numbers, is_next) && last == count),
+            "its hash table is damaged");
+  }
+
+  // Returns the string whose length and offset are at `entry`. `end` is where the string before it
+  // in its table ends.
+  std::string String(std::size_t entry, std::uint64_t& end) const {
+    const std::uint64_t length = At(entry);
+    const std::uint64_t offset = At(entry + sizeof(Word));
+    Require(offset >= end, "its strings overlap");
+    end = offset + length + 1;
+    Require(end <= m_bytes.size() && m_bytes[end - 1] == '\0', "a string has no end");
+    std::string string = m_bytes.substr(offset, length);
+    Require(g_utf8_validate(string.data(), static_cast<gssize>(length), nullptr) != FALSE,
+            "a string is not UTF-8");
+    return string;
+  }
+
+  std::string m_path;
+  std::string m_bytes;
+  bool m_is_swapped = false;
+};
+
+}  // namespace
+
+void CheckCatalogueFile(const std::string& path) { Catalogue(path).Check(); }
