@@ -158,7 +158,7 @@ char* dgettext(const char* domain, const char* id) {
     return const_cast<char*>(id);
   }
   const Refusals none(false);
-  thread_local std::string translation;
+  static thread_local std::string translation;
   translation = "translated " + std::string(id);
   return translation.data();
 }
