@@ -146,11 +146,10 @@ int devinfo_get_custom_bool(const char* key, bool* value) {
 // JSON-GLib also calls the next two, for other domains.
 
 char* bindtextdomain(const char* domain, const char* directory) {
-  if (domain != kTextDomain) {
-    return const_cast<char*>(directory);
+  if (domain == kTextDomain) {
+    Platform().catalogues = directory;
   }
-  Platform().catalogues = directory;
-  return Is("unusable", "text-domain") ? nullptr : Platform().catalogues.data();
+  return Is("unusable", "text-domain") ? nullptr : const_cast<char*>(directory);
 }
 
 char* dgettext(const char* domain, const char* id) {

@@ -21,8 +21,8 @@ struct FakePlatform {
   int language_reads = 0;
   int config_reads = 0;
 
-  // Where the library expects its catalogues.
-  std::string catalogues;
+  // The folder of the catalogues that the library binds.
+  const char* catalogues = "";
 
   // Called by init_data_provider_cbs.
   std::function<void()> on_init = [] {};
