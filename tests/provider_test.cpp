@@ -30,12 +30,12 @@ TEST(Provider, FillsItsSlotsAndReadsNothing) {
     EXPECT_EQ(provider.create_provider()(&second), 0);
     EXPECT_NE(second, &provider.table());
     EXPECT_EQ(provider.delete_provider()(&second), 0);
+    EXPECT_STREQ(Platform().catalogues, "/usr/share/lib-morvith-tv/res/locale");
   }
   const std::string init = "I create_provider: QEL menuitem provider init\n";
   const std::string fini = "I delete_provider: QEL menuitem provider fini\n";
   EXPECT_EQ(Platform().log, init + init + fini + fini);
   EXPECT_EQ(Platform().language_reads + Platform().config_reads, 0);
-  EXPECT_EQ(Platform().catalogues, "/usr/share/lib-morvith-tv/res/locale");
 }
 
 TEST(Provider, AcceptsNullAndLeavesIntegersUnchanged) {

@@ -144,11 +144,10 @@ int devinfo_get_custom_bool(const char* key, bool* value) {
 // JSON-GLib calls the next two functions with other domains.
 
 char* bindtextdomain(const char* domain, const char* directory) {
-  if (domain != kTextDomain) {
-    return const_cast<char*>(directory);
+  if (domain == kTextDomain) {
+    Platform().catalogues = directory;
   }
-  Platform().catalogues = directory;
-  return Is("unusable", "text-domain") ? nullptr : Platform().catalogues.data();
+  return Is("unusable", "text-domain") ? nullptr : const_cast<char*>(directory);
 }
 
 char* dgettext(const char* domain, const char* id) {
@@ -156,7 +155,7 @@ char* dgettext(const char* domain, const char* id) {
     return const_cast<char*>(id);
   }
   const AllowFailures none(false);
-  thread_local std::string translation;
+  static thread_local std::string translation;
   translation = "translated " + std::string(id);
   return translation.data();
 }

@@ -21,7 +21,7 @@ struct FakePlatform {
   int config_reads = 0;
 
   // The folder in which the library looks for its catalogues.
-  std::string catalogues;
+  const char* catalogues = "";
 
   // Called by init_data_provider_cbs.
   std::function<void()> on_init = [] {};
