@@ -116,12 +116,11 @@ std::string FindRegistry(const std::string& file) {
 
 void UseRegistry(const std::string& path, bool writes) {
   const fs::path folder = fs::path(path).parent_path();
-  const bool is_own = folder == StateFolder();
   std::error_code error;
-  if (is_own && writes) {
+  if (writes && folder == StateFolder()) {
     fs::create_directories(folder, error);
   }
-  if (!is_own || writes) {
+  if (writes || folder != StateFolder()) {
     OpenFolder(folder, "pass a registry in another folder");
   }
   SetEnvironment(kRegistryVariable, path);
