@@ -34,7 +34,7 @@ fs::path StateFolder() { return fs::path(g_get_user_state_dir()) / "morvith-menu
 // Throws HostError with the reason and the remedy if `folder` cannot be opened.
 void OpenFolder(const fs::path& folder, const std::string& remedy) {
   std::error_code error;
-  fs::directory_iterator(folder, error);
+  const fs::directory_iterator opened(folder, error);
   if (error) {
     throw HostError("cannot open the folder " + Quoted(folder) + ": " + error.message() + "; " +
                     remedy);
