@@ -67,8 +67,7 @@ class Catalogue {
 
   // Returns the offset of a table, which is in the header at `offset`.
   Word Table(std::size_t offset, std::uint64_t words) const {
-    const bool is_inside = At(offset) + words * sizeof(Word) <= m_bytes.size();
-    Require(is_inside, "a table is outside the file");
+    Require(At(offset) + words * sizeof(Word) <= m_bytes.size(), "a table is outside the file");
     return At(offset);
   }
 

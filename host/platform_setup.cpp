@@ -34,7 +34,7 @@ fs::path StateFolder() { return fs::path(g_get_user_state_dir()) / "morvith-menu
 // Throws HostError with the reason and the remedy if `folder` cannot be opened.
 void OpenFolder(const fs::path& folder, const std::string& remedy) {
   std::error_code error;
-  fs::directory_iterator(folder, error);
+  const fs::directory_iterator opened(folder, error);
   if (error) {
     throw HostError("cannot open the folder " + Quoted(folder) + ": " + error.message() + "; " +
                     remedy);
@@ -116,12 +116,11 @@ std::string FindRegistry(const std::string& file) {
 
 void UseRegistry(const std::string& path, bool writes) {
   const fs::path folder = fs::path(path).parent_path();
-  const bool is_own = folder == StateFolder();
   std::error_code error;
-  if (is_own && writes) {
+  if (writes && folder == StateFolder()) {
     fs::create_directories(folder, error);
   }
-  if (!is_own || writes) {
+  if (writes || folder != StateFolder()) {
     OpenFolder(folder, "pass a registry in another folder");
   }
   SetEnvironment(kRegistryVariable, path);

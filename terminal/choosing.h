@@ -9,8 +9,9 @@
 // Reads a setting. Throws HostError with the reason if the provider returns no list of choices.
 Setting ReadWithList(const KeyboardPage& page, SettingId id);
 
-// Returns the value of the choice of setting `id` that `word` names. `word` is the full value or, for a type, only
-// the type id. Throws HostError if there is no such choice; the message suggests similar ones.
+// Returns the value of the choice of setting `id` that `word` names. `word` is the full value or,
+// for a type, only the type id. Throws HostError if there is no such choice; the message suggests
+// similar ones.
 std::string FindChoice(const KeyboardPage& page, SettingId id, const std::string& word);
 
 // Checks that the provider stored `value` for the setting `id`, because the result of set_string

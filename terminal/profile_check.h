@@ -9,8 +9,8 @@
 
 // Checks the profile at the path `profile`. Loads `plugin` once and learns from its log what it
 // reads. The plug-in reads the languages once, so it must not be loaded yet. Nothing is printed to
-// standard error meanwhile. A plug-in that cannot be loaded is a finding. Throws HostError if the profile
-// cannot be read.
+// standard error meanwhile. A plug-in that cannot be loaded is a finding. Throws HostError if the
+// profile cannot be read.
 std::vector<Finding> CheckProfile(const std::string& profile, const std::string& plugin);
 
 #endif

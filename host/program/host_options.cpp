@@ -35,12 +35,12 @@ std::string CheckSetting(const std::string& word) {
 
 // Returns suggestions for the arguments of `app` that were not expected.
 std::string SuggestNames(const CLI::App& app) {
-  std::vector<Choice> commands;
   std::vector<Choice> options;
   std::vector<const CLI::App*> apps = app.get_subcommands([](const CLI::App*) { return true; });
-  for (const CLI::App* command : apps) {
-    commands.push_back({command->get_name(), command->get_name()});
-  }
+  std::vector<Choice> commands(apps.size());
+  std::ranges::transform(apps, commands.begin(), [](const CLI::App* command) {
+    return Choice{command->get_name(), command->get_name()};
+  });
   apps.push_back(&app);
   for (const CLI::App* owner : apps) {
     for (const CLI::Option* option : owner->get_options()) {
