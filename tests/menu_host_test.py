@@ -98,6 +98,7 @@ class MenuHostTest(unittest.TestCase):
 
     def check(self, findings):
         done = self.host("check", status=1)
+        self.assertLess(done.stderr.count("get key value failed"), 2)  # by the page only
         for line, finding in zip(done.stdout.splitlines(), findings, strict=True):
             self.assertIn(finding, line)
 
@@ -146,8 +147,7 @@ class MenuHostTest(unittest.TestCase):
         self.host("set", "language", "ko_KR")
         done = self.host("set", "type", "x" * 80000, "--force", **limit(16384))
         self.assertIn("the provider stored 'ko_KR.kr_ibm106' instead of 'xxx", done.stderr)
-        with open("/dev/full", "w", encoding="utf-8") as full:
-            self.host("info", stdout=full, status=1)
+        self.host("info", stdout=os.open("/dev/full", os.O_WRONLY), status=1)
 
     def test_keeps_whole_values_if_it_is_killed(self):
         self.host("set", "language", "ko_KR")
