@@ -1,4 +1,4 @@
-// Registry maintenance that a provider never needs. It is a library of its own, because a host that
+// Registry maintenance that a provider never needs. This is a separate library, because a host that
 // links the registry keeps it loaded after the plug-in is unloaded.
 #ifndef HOST_REGISTRY_ADMIN_H
 #define HOST_REGISTRY_ADMIN_H

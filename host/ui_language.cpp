@@ -53,7 +53,7 @@ std::vector<std::string> Catalogues(const fs::path& directory) {
       names.push_back(entry.path().filename());
     }
   }
-  std::sort(names.begin(), names.end());
+  std::ranges::sort(names);
   return names;
 }
 

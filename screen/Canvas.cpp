@@ -150,7 +150,9 @@ void Canvas::SetLanguage(const std::string& locale) {
 void Canvas::Show(const PageState& state) {
   SetText(m_page, "title", state.title());
   const auto* title = edje_object_part_object_get(m_page, "title");
-  Mirror(evas_object_text_direction_get(title) == EVAS_BIDI_DIRECTION_RTL);
+  const bool is_mirrored = evas_object_text_direction_get(title) == EVAS_BIDI_DIRECTION_RTL;
+  edje_object_mirrored_set(m_page, is_mirrored ? EINA_TRUE : EINA_FALSE);
+  Switch(m_page, "mirrored", is_mirrored);  // Edje broadcasts it to the nested objects
   ShowRow("language", state.row(SettingId::kLanguage), state.focused() == SettingId::kLanguage);
   ShowRow("type", state.row(SettingId::kType), state.focused() == SettingId::kType);
   const Setting& focused = state.row(state.focused()).setting;
@@ -167,15 +169,6 @@ void Canvas::Control(PageState& state) {
 void Canvas::PrintOnce(const std::string& problem) {
   if (m_printed.insert(problem).second) {
     std::fprintf(stderr, "menu_screen: %s\n", Printable(problem).c_str());
-  }
-}
-
-void Canvas::Mirror(bool is_mirrored) {
-  edje_object_mirrored_set(m_page, is_mirrored ? EINA_TRUE : EINA_FALSE);
-  std::vector<Evas_Object*> objects = {m_page, Nested("language"), Nested("type")};
-  objects.insert(objects.end(), m_choices.begin(), m_choices.end());
-  for (Evas_Object* object : objects) {
-    Switch(object, "mirrored", is_mirrored);
   }
 }
 

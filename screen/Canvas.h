@@ -67,7 +67,6 @@ class Canvas {
 
  private:
   void Resize();
-  void Mirror(bool is_mirrored);
   void ShowRow(const char* part, const Row& row, bool focused);
   void LoadHelp(const std::string& image);
   void ShowHelp(const std::string& image, const Setting& setting);

@@ -30,7 +30,13 @@ void PageState::ReadRows() {
   }
 }
 
-void PageState::Press(RemoteKey key) { m_list_focus ? PressOnList(key) : PressOnPage(key); }
+void PageState::Press(RemoteKey key) {
+  if (m_list_focus) {
+    PressOnList(key, *m_list_focus);
+  } else {
+    PressOnPage(key);
+  }
+}
 
 void PageState::PressOnPage(RemoteKey key) {
   if (key == RemoteKey::kReturn) {
@@ -41,15 +47,15 @@ void PageState::PressOnPage(RemoteKey key) {
   m_is_left = key == RemoteKey::kBack;
 }
 
-void PageState::PressOnList(RemoteKey key) {
-  const std::size_t count = row(m_focused).setting.choices.size();
+void PageState::PressOnList(RemoteKey key, std::size_t& focus) {
+  const std::vector<Choice> choices = row(m_focused).setting.choices;
   if (key == RemoteKey::kUp) {
-    *m_list_focus -= *m_list_focus > 0 ? 1 : 0;
+    focus -= focus > 0 ? 1 : 0;
   } else if (key == RemoteKey::kDown) {
-    *m_list_focus += *m_list_focus + 1 < count ? 1 : 0;
+    focus += focus + 1 < choices.size() ? 1 : 0;
   } else {
-    if (key == RemoteKey::kReturn && count > 0) {
-      StoreFocused();
+    if (key == RemoteKey::kReturn && !choices.empty()) {
+      Store(choices[focus].value);
     }
     m_list_focus.reset();
   }
@@ -61,8 +67,7 @@ void PageState::Open() {
   m_list_focus = row(m_focused).setting.current.value_or(0);
 }
 
-void PageState::StoreFocused() {
-  const std::string value = row(m_focused).setting.choices[*m_list_focus].value;
+void PageState::Store(const std::string& value) {
   m_page.Store(m_focused, value);
   ReadRows();
   Row& stored = m_rows[static_cast<std::size_t>(m_focused)];

@@ -44,8 +44,8 @@ class PageState {
 
  private:
   void PressOnPage(RemoteKey key);
-  void PressOnList(RemoteKey key);
-  void StoreFocused();
+  void PressOnList(RemoteKey key, std::size_t& focus);
+  void Store(const std::string& value);
   void ReadRows();
 
   KeyboardPage& m_page;

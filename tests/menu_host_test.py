@@ -177,8 +177,7 @@ class MenuHostTest(unittest.TestCase):
         self.host("set", "language", "ko_KR")
         done = self.host("set", "type", "x" * 80000, "--force", **limit(16384))
         self.assertIn("the provider stored 'ko_KR.kr_ibm106' instead of 'xxx", done.stderr)
-        with open("/dev/full", "w", encoding="utf-8") as full:
-            self.host("info", stdout=full, status=1)
+        self.host("info", stdout=os.open("/dev/full", os.O_WRONLY), status=1)
 
     def test_changes_no_database_that_is_not_a_registry(self):
         with sqlite3.connect(self.environment["KVREG_FILE"]) as database:

@@ -58,6 +58,8 @@ class MenuScreenTest(unittest.TestCase):
             self.assertEqual(drawn[opened][:24], b"\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\x07\x80\0\0\x048")
             self.assertGreater(len(drawn[opened]), 20000)
         self.assertNotEqual(*drawn.values())
+        done = self.screen("--picture", picture, "--registry", MENU_SCREEN)
+        self.assertEqual(done.stderr.count("menu_screen: cannot read 'db/ime/"), 2)
         self.assertIn("no display", self.screen(status=1).stderr)
         self.assertIn("cannot write the picture",
                       self.screen("--picture", "/nowhere/page.png", status=1).stderr)

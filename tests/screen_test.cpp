@@ -103,13 +103,13 @@ TEST(Screen, FitsTheLanguageAndTheWindow) {
   Screen tv(TEST_ROOT);
   tv.Press("dr<", "~— | >~— | open ~!");
   tv.Press(">", "~— | >~—");
-  const Evas_Object* page = tv.canvas.page();
+  EXPECT_EQ(tv.Described("choice.9"), "~");
   tv.canvas.SetLanguage("ar");
   const char* font = nullptr;
-  evas_object_text_font_get(edje_object_part_object_get(page, "title"), &font, nullptr);
+  evas_object_text_font_get(edje_object_part_object_get(tv.canvas.page(), "title"), &font, nullptr);
   EXPECT_TRUE(std::string(font).ends_with(":lang=ar"));
-  Ecore_Evas* window = ecore_evas_ecore_evas_get(evas_object_evas_get(page));
+  Ecore_Evas* window = ecore_evas_ecore_evas_get(evas_object_evas_get(tv.canvas.page()));
   ecore_evas_resize(window, 960, 1080);
   ecore_evas_manual_render(window);
-  EXPECT_EQ(edje_object_scale_get(page), 0.5);
+  EXPECT_EQ(edje_object_scale_get(tv.canvas.page()), 0.5);
 }
