@@ -4,13 +4,16 @@
 #include <cstdio>
 #include <cstdlib>
 #include <map>
+#include <string_view>
 
+#include <Ecore_X.h>
 #include <Efreet.h>
 #include <glib.h>
 
 #include "error.h"
 #include "fonts.h"
 #include "platform_setup.h"
+#include "temporary.h"
 #include "text.h"
 
 namespace {
@@ -19,12 +22,16 @@ constexpr char kNothing[] = "\u2014";      // an em dash
 constexpr char kTextClass[] = "text";      // of the page
 constexpr char kHelpTextClass[] = "help";  // of the help layout
 constexpr int kLayoutSize = -100;          // 100 percent of the size in the layout
+constexpr std::string_view kPngEnd = "IEND\xAE\x42\x60\x82";
 
 const std::map<std::string, RemoteKey> kKeys = {  // the names of X11
     {"Up", RemoteKey::kUp},         {"Down", RemoteKey::kDown},
     {"Return", RemoteKey::kReturn}, {"KP_Enter", RemoteKey::kReturn},
     {"Select", RemoteKey::kReturn}, {"Escape", RemoteKey::kBack},
-    {"XF86Back", RemoteKey::kBack}, {"BackSpace", RemoteKey::kBack}};
+    {"XF86Back", RemoteKey::kBack}, {"BackSpace", RemoteKey::kBack},
+    {"Prior", RemoteKey::kPageUp},  {"XF86ChannelUp", RemoteKey::kPageUp},
+    {"Next", RemoteKey::kPageDown}, {"XF86ChannelDown", RemoteKey::kPageDown},
+    {"Home", RemoteKey::kFirst},    {"End", RemoteKey::kLast}};
 
 // Null for other keys. The list is on the side towards which the page is read.
 std::optional<RemoteKey> RemoteKeyOf(const std::string& name, bool is_mirrored) {
@@ -36,10 +43,13 @@ std::optional<RemoteKey> RemoteKeyOf(const std::string& name, bool is_mirrored) 
 }
 
 void StartEfl() {
+  // EFL prints a stack trace with each error. This program reports errors itself.
+  setenv("EINA_LOG_LEVEL", std::to_string(EINA_LOG_LEVEL_CRITICAL).c_str(), 0);
   // A television's page needs neither session services nor desktop menus.
   ecore_app_no_system_modules();
   setenv("XDG_RUNTIME_DIR", g_get_tmp_dir(), 0);  // EFL ends the process if it cannot create one
   efreet_cache_disable();
+  SetFontOrder();
   if (ecore_evas_init() == 0 || edje_init() == 0) {
     throw HostError("cannot start EFL");
   }
@@ -47,13 +57,23 @@ void StartEfl() {
 
 // EFL falls back to a buffer if there is no display.
 Window OpenWindow() {
-  // Debian's EFL logs an error for each display engine that it does not have.
-  eina_log_domain_level_set("eina_safety", EINA_LOG_LEVEL_CRITICAL);
   Window window(ecore_evas_new(nullptr, 0, 0, 1, 1, nullptr));
-  eina_log_domain_level_set("eina_safety", EINA_LOG_LEVEL_ERR);
   if (window == nullptr || ecore_evas_engine_name_get(window.get()) == std::string("buffer")) {
     throw HostError("no display found for a window; '--picture FILE.png' needs none");
   }
+  ecore_x_io_error_handler_set(
+      [](void*) {
+        std::fputs("menu_screen: the connection to the display was lost\n", stderr);
+        std::_Exit(EXIT_FAILURE);
+      },
+      nullptr);
+  ecore_event_handler_add(
+      ECORE_EVENT_SIGNAL_HUP,
+      [](void*, int, void*) {
+        ecore_main_loop_quit();
+        return ECORE_CALLBACK_DONE;
+      },
+      nullptr);
   return window;
 }
 
@@ -90,8 +110,9 @@ Canvas::Canvas(Target target, const std::string& layout) {
     throw HostError("cannot use the layout " + Quoted(layout) + ": " +
                     edje_load_error_str(edje_object_load_error_get(m_page)));
   }
-  while (Evas_Object* choice = Nested(ChoicePart(m_choices.size()))) {
-    m_choices.push_back(choice);
+  m_list = Nested("list");
+  while (edje_object_part_exists(m_list, ChoicePart(m_choices.size()).c_str()) != EINA_FALSE) {
+    m_choices.push_back(edje_object_part_swallow_get(m_list, ChoicePart(m_choices.size()).c_str()));
   }
   edje_object_size_min_get(m_page, &m_width, &m_height);
   ecore_evas_resize(m_window.get(), m_width, m_height);
@@ -101,6 +122,15 @@ Canvas::Canvas(Target target, const std::string& layout) {
   });
   ecore_evas_callback_delete_request_set(m_window.get(),
                                          [](Ecore_Evas*) { ecore_main_loop_quit(); });
+  // Another program destroyed the window. EFL frees it after this call.
+  ecore_evas_callback_destroy_set(m_window.get(), [](Ecore_Evas* window) {
+    static_cast<Canvas*>(ecore_evas_data_get(window, "canvas"))->m_window.release();
+    ecore_main_loop_quit();
+  });
+  // The release of a key that is held now goes to another window.
+  ecore_evas_callback_focus_out_set(m_window.get(), [](Ecore_Evas* window) {
+    static_cast<Canvas*>(ecore_evas_data_get(window, "canvas"))->m_held.clear();
+  });
   evas_object_event_callback_add(m_page, EVAS_CALLBACK_KEY_DOWN,
                                  Call<Evas_Event_Key_Down, &Canvas::Press>, this);
   evas_object_event_callback_add(m_page, EVAS_CALLBACK_KEY_UP,
@@ -113,6 +143,9 @@ Canvas::Canvas(Target target, const std::string& layout) {
 }
 
 Canvas::~Canvas() {
+  if (m_window) {
+    ecore_evas_callback_destroy_set(m_window.get(), nullptr);
+  }
   m_window.reset();
   edje_shutdown();
   ecore_evas_shutdown();
@@ -125,6 +158,24 @@ void Canvas::Resize() {
   edje_object_scale_set(m_page, std::min(static_cast<double>(width) / m_width,
                                          static_cast<double>(height) / m_height));
   evas_object_resize(m_page, width, height);
+  Layout();
+}
+
+// The help layout sets its text sizes when it is resized, and this takes effect in the second step.
+void Canvas::Layout() {
+  for (int step = 0; step < 2; ++step) {
+    edje_object_calc_force(m_page);
+    edje_message_signal_process();
+  }
+}
+
+bool Canvas::IsRightToLeft(const std::string& text) const {
+  Evas_Object* label = evas_object_text_add(ecore_evas_get(m_window.get()));
+  evas_object_text_font_set(label, m_font.c_str(), m_height);
+  evas_object_text_text_set(label, text.c_str());
+  const bool is_right_to_left = evas_object_text_direction_get(label) == EVAS_BIDI_DIRECTION_RTL;
+  evas_object_del(label);
+  return is_right_to_left;
 }
 
 Evas_Object* Canvas::Nested(const std::string& part) const {
@@ -140,14 +191,12 @@ void Canvas::SetLanguage(const std::string& locale) {
 
 void Canvas::Show(const PageState& state) {
   SetText(m_page, "title", state.head().title);
-  const auto* title = edje_object_part_object_get(m_page, "title");
-  Mirror(evas_object_text_direction_get(title) == EVAS_BIDI_DIRECTION_RTL);
+  Mirror(IsRightToLeft(state.head().title));
   ShowRow("language", state.row(SettingId::kLanguage), state.focused() == SettingId::kLanguage);
   ShowRow("type", state.row(SettingId::kType), state.focused() == SettingId::kType);
-  const Setting& focused = state.row(state.focused()).setting;
-  ShowHelp(state.head(), focused);
-  ShowList(state.list_focus(), focused);
-  edje_message_signal_process();
+  ShowHelp(state.head(), state.row(state.focused()).setting);
+  ShowList(state);
+  Layout();
 }
 
 void Canvas::Control(PageState& state) {
@@ -163,7 +212,7 @@ void Canvas::PrintOnce(const std::string& problem) {
 
 void Canvas::Mirror(bool is_mirrored) {
   edje_object_mirrored_set(m_page, is_mirrored ? EINA_TRUE : EINA_FALSE);
-  std::vector<Evas_Object*> objects = {m_page, Nested("language"), Nested("type")};
+  std::vector<Evas_Object*> objects = {m_page, m_list, Nested("language"), Nested("type")};
   objects.insert(objects.end(), m_choices.begin(), m_choices.end());
   for (Evas_Object* object : objects) {
     Switch(object, "mirrored", is_mirrored);
@@ -173,7 +222,8 @@ void Canvas::Mirror(bool is_mirrored) {
 void Canvas::ShowRow(const char* part, const Row& row, bool focused) {
   Evas_Object* object = Nested(part);
   const Setting& setting = row.setting;
-  SetText(object, "name", setting.name);
+  SetText(object, "name", setting.has_list ? setting.name : "");
+  SetText(object, "unusable", setting.has_list ? "" : setting.name);
   const bool is_odd = setting.value && !setting.current;  // not one of the choices
   SetText(object, "value", is_odd ? "" : setting.CurrentText().value_or(kNothing));
   SetText(object, "odd", is_odd ? *setting.value : "");
@@ -211,7 +261,6 @@ void Canvas::ShowHelp(const PageHead& head, const Setting& setting) {
   if (m_help_text.object == m_help) {
     edje_object_text_class_set(m_help, kHelpTextClass, m_font.c_str(), kLayoutSize);
     edje_object_signal_emit(m_help, "language", "");
-    SetText(m_help, "title", setting.name);
   }
   ShowHelpText(setting.help);
 }
@@ -220,40 +269,49 @@ void Canvas::ShowHelpText(const std::string& text) const {
   edje_object_part_text_unescaped_set(m_help_text.object, m_help_text.part, text.c_str());
 }
 
-void Canvas::ShowList(const std::optional<std::size_t>& focus, const Setting& setting) {
+void Canvas::ShowList(const PageState& state) {
+  const std::optional<std::size_t>& focus = state.list_focus();
   const std::string moves = m_slides ? "slide," : "";
   edje_object_signal_emit(m_page, "list", (moves + (focus ? "on" : "off")).c_str());
   if (!focus) {
     return;
   }
+  const Setting& setting = state.row(state.focused()).setting;
   const std::size_t count = setting.choices.size();
-  const std::size_t first = FirstShown(*focus, count, m_choices.size());
-  SetText(m_page, "list.title", setting.name);
-  SetText(m_page, "list.position",
+  const std::size_t places = m_choices.size();
+  const std::size_t first = FirstShown(*focus, count, places);
+  SetText(m_list, "title", setting.name);
+  SetText(m_list, "position",
           count == 0 ? "" : std::to_string(*focus + 1) + " / " + std::to_string(count));
-  Switch(m_page, "list.trouble", count == 0);
-  Switch(m_page, "list.above", first > 0);
-  Switch(m_page, "list.below", first + m_choices.size() < count);
-  for (std::size_t i = 0; i < m_choices.size(); ++i) {
+  Switch(m_list, "trouble", count == 0);
+  Switch(m_list, "above", first > 0);
+  Switch(m_list, "below", first + places < count);
+  const std::size_t end = count == 0 ? places : std::min(places, count);
+  edje_object_signal_emit(m_list, "end", ChoicePart(end - 1).c_str());
+  for (std::size_t i = 0; i < places; ++i) {
     const std::size_t shown = first + i;
     SetText(m_choices[i], "text", shown < count ? setting.choices[shown].text : "");
     Switch(m_choices[i], "focus", shown < count && shown == focus);
+    Switch(m_choices[i], "trouble", shown < count && shown == state.failed());
     Switch(m_choices[i], "mark", shown < count && shown == setting.current);
   }
 }
 
-void Canvas::Release(const Evas_Event_Key_Up& event) { m_released = {event.key, event.timestamp}; }
+void Canvas::Release(const Evas_Event_Key_Up& event) {
+  m_held.erase(event.keyname);
+  m_released = {event.keyname, event.timestamp};
+}
 
 void Canvas::Press(const Evas_Event_Key_Down& event) {
-  const std::string name = event.key;
   const bool is_mirrored = edje_object_mirrored_get(m_page) != EINA_FALSE;
-  const std::optional<RemoteKey> key = RemoteKeyOf(name, is_mirrored);
-  if (m_state == nullptr || !key) {
-    return;
-  }
-  // X11 repeats a held key as a release and a press at the same time. Only Up and Down repeat.
-  const bool is_held = m_released == std::pair(name, event.timestamp);
-  if (is_held && key != RemoteKey::kUp && key != RemoteKey::kDown) {
+  const std::optional<RemoteKey> key = RemoteKeyOf(event.key, is_mirrored);
+  // A held key repeats as presses without a release, or as a release and a press at the same time.
+  // Only Up and Down repeat.
+  const bool is_repeated =
+      !m_held.insert(event.keyname).second ||
+      m_released == std::pair<std::string, unsigned int>(event.keyname, event.timestamp);
+  const bool may_repeat = key == RemoteKey::kUp || key == RemoteKey::kDown;
+  if (m_state == nullptr || !key || (is_repeated && !may_repeat)) {
     return;
   }
   m_state->Press(*key);
@@ -263,6 +321,7 @@ void Canvas::Press(const Evas_Event_Key_Down& event) {
   }
 }
 
+// EFL does not notice that a disk is full, so it writes a temporary file.
 void Canvas::SavePicture(const std::string& file) {
   ecore_evas_manual_render(m_window.get());
   Evas_Object* picture = evas_object_image_filled_add(ecore_evas_get(m_window.get()));
@@ -270,9 +329,19 @@ void Canvas::SavePicture(const std::string& file) {
   evas_object_image_alpha_set(picture, EINA_FALSE);
   void* pixels = const_cast<void*>(ecore_evas_buffer_pixels_get(m_window.get()));
   evas_object_image_data_set(picture, pixels);
-  const bool is_saved = evas_object_image_save(picture, file.c_str(), nullptr, "compress=9") != 0;
+  const TemporaryFolder folder;
+  const std::string drawn = folder.PathOf("page.png");
+  evas_object_image_save(picture, drawn.c_str(), nullptr, "compress=9");
   evas_object_del(picture);
-  if (!is_saved) {
-    throw HostError("cannot write the picture " + Quoted(file));
+  g_autoptr(GError) error = nullptr;
+  g_autofree gchar* contents = nullptr;
+  gsize size = 0;
+  if (g_file_get_contents(drawn.c_str(), &contents, &size, &error) == FALSE ||
+      !std::string_view(contents, size).ends_with(kPngEnd)) {
+    throw HostError("cannot draw the picture in " + Quoted(drawn) +
+                    "; free space there, or set TMPDIR to another folder");
+  }
+  if (g_file_set_contents(file.c_str(), contents, static_cast<gssize>(size), &error) == FALSE) {
+    throw HostError("cannot write the picture " + Quoted(file) + ": " + error->message);
   }
 }

@@ -55,11 +55,14 @@ class Canvas {
   // Returns after the window was closed or the user left the page.
   static void Run() { ecore_main_loop_begin(); }
 
-  // Writes a PNG file. Works for a buffer only. Throws HostError if the file cannot be written.
+  // Writes a PNG file, or leaves the old file as it is. Works for a buffer only. Throws HostError
+  // if the file cannot be written.
   void SavePicture(const std::string& file);
 
-  // For the check of texts and for tests: the page, one of its nested objects, or null.
+  // For the check of texts and for tests: the page, the list, and nested objects of the page.
   Evas_Object* page() const { return m_page; }
+  Evas_Object* list() const { return m_list; }
+  Evas_Object* choice(std::size_t place) const { return m_choices[place]; }
   Evas_Object* Nested(const std::string& part) const;
   Place help_text() const { return m_help_text; }
   void ShowHelpText(const std::string& text) const;
@@ -67,23 +70,27 @@ class Canvas {
 
  private:
   void Resize();
+  void Layout();
+  bool IsRightToLeft(const std::string& text) const;
   void Mirror(bool is_mirrored);
   void ShowRow(const char* part, const Row& row, bool focused);
   void LoadHelp(const std::string& image);
   void ShowHelp(const PageHead& head, const Setting& setting);
-  void ShowList(const std::optional<std::size_t>& focus, const Setting& setting);
+  void ShowList(const PageState& state);
   void PrintOnce(const std::string& problem);
   void Press(const Evas_Event_Key_Down& event);
   void Release(const Evas_Event_Key_Up& event);
 
   Window m_window;
   Evas_Object* m_page = nullptr;  // the window owns all objects
+  Evas_Object* m_list = nullptr;
   Evas_Object* m_help = nullptr;  // the help layout or image
   Place m_help_text = {};
   bool m_has_help_image = false;
   bool m_slides = false;
   int m_width = 0;  // the size for which the layout is made
   int m_height = 0;
+  std::set<std::string> m_held;                     // keys
   std::pair<std::string, unsigned int> m_released;  // the last key and its time in milliseconds
   std::string m_font;
   std::vector<Evas_Object*> m_choices;

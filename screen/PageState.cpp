@@ -1,5 +1,6 @@
 #include "PageState.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "registry_admin.h"
@@ -7,12 +8,16 @@
 
 namespace {
 
+constexpr std::size_t kPage = 10;  // choices
+
 Row ReadRow(const KeyboardPage& page, SettingId id) {
   Row row = {page.ReadSetting(id), WhyUnreadable(KeyOf(id))};
   // A type that is not stored needs no choices, because its language may not be stored either.
   const bool needs_choices = id == SettingId::kLanguage || row.setting.value;
   if (!row.problem && needs_choices && row.setting.choices.empty()) {
     row.problem = "no choices for " + Quoted(KeyOf(id));
+  } else if (!row.problem && row.setting.value && !row.setting.current) {
+    row.problem = Quoted(*row.setting.value) + " is not a choice for " + Quoted(KeyOf(id));
   }
   return row;
 }
@@ -40,30 +45,62 @@ void PageState::PressOnPage(RemoteKey key) {
 
 void PageState::PressOnList(RemoteKey key) {
   const std::size_t count = row(m_focused).setting.choices.size();
-  if (key == RemoteKey::kUp) {
-    *m_list_focus -= *m_list_focus > 0 ? 1 : 0;
-  } else if (key == RemoteKey::kDown) {
-    *m_list_focus += *m_list_focus + 1 < count ? 1 : 0;
-  } else {
-    if (key == RemoteKey::kReturn && count > 0) {
-      StoreFocused();
-    }
-    m_list_focus.reset();
+  const std::size_t last = count - std::min<std::size_t>(count, 1);
+  const std::size_t focus = *m_list_focus;
+  switch (key) {
+    case RemoteKey::kUp:
+      m_list_focus = focus - std::min<std::size_t>(focus, 1);
+      break;
+    case RemoteKey::kDown:
+      m_list_focus = std::min(focus + 1, last);
+      break;
+    case RemoteKey::kPageUp:
+      m_list_focus = focus - std::min(focus, kPage);
+      break;
+    case RemoteKey::kPageDown:
+      m_list_focus = std::min(focus + kPage, last);
+      break;
+    case RemoteKey::kFirst:
+      m_list_focus = 0;
+      break;
+    case RemoteKey::kLast:
+      m_list_focus = last;
+      break;
+    case RemoteKey::kReturn:
+      count > 0 ? StoreFocused() : Close();
+      break;
+    case RemoteKey::kBack:
+    case RemoteKey::kToPage:
+      Close();
+      break;
   }
 }
 
 // Reads the rows again, because another program may have changed the registry.
 void PageState::Open() {
   ReadRows();
+  if (!row(m_focused).setting.has_list) {
+    Focus(SettingId::kLanguage);
+  }
   m_list_focus = row(m_focused).setting.current.value_or(0);
 }
 
+void PageState::Close() {
+  m_list_focus.reset();
+  m_failed.reset();
+  ReadRows();
+}
+
+// The list stays open if the choice was not stored. Its choices stay too, because a registry that
+// cannot be read has none.
 void PageState::StoreFocused() {
   const std::string value = row(m_focused).setting.choices[*m_list_focus].value;
   m_page.Store(m_focused, value);
-  ReadRows();
-  Row& stored = m_rows[static_cast<std::size_t>(m_focused)];
-  if (!stored.problem && stored.setting.value != value) {
-    stored.problem = Quoted(value) + " was not stored";
+  const Row stored = ReadRow(m_page, m_focused);
+  if (stored.setting.value == value) {
+    return Close();
   }
+  m_failed = m_list_focus;
+  m_rows[static_cast<std::size_t>(m_focused)].problem =
+      stored.problem.value_or(Quoted(value) + " was not stored");
 }

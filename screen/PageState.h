@@ -16,12 +16,16 @@ enum class RemoteKey {
   kReturn,
   kBack,
   kToPage,  // towards the page, which closes a list
+  kPageUp,
+  kPageDown,
+  kFirst,
+  kLast,
 };
 
 struct Row {
   Setting setting;
-  // Null if all is well. Otherwise the registry cannot be read, the setting has no choices, or a
-  // choice was not stored.
+  // Null if all is well. Otherwise the registry cannot be read, the setting has no choices, the
+  // stored value is not one of them, or a choice was not stored.
   std::optional<std::string> problem;
 };
 
@@ -32,19 +36,24 @@ class PageState {
 
   void Press(RemoteKey key);
   void Focus(SettingId id) { m_focused = id; }
-  void Open();  // opens the list of the focused setting, which may be empty
+  // Opens the list of the focused setting, which may be empty. Opens the list of languages if a
+  // language must be stored first.
+  void Open();
 
   const PageHead& head() const { return m_head; }
   const Row& row(SettingId id) const { return m_rows[static_cast<std::size_t>(id)]; }
   SettingId focused() const { return m_focused; }
   // The position of the focus in the open list; null if no list is open.
   const std::optional<std::size_t>& list_focus() const { return m_list_focus; }
+  // The position in the open list of the choice that could not be stored; null if there is none.
+  const std::optional<std::size_t>& failed() const { return m_failed; }
   bool is_left() const { return m_is_left; }  // Back was pressed while no list was open
 
  private:
   void PressOnPage(RemoteKey key);
   void PressOnList(RemoteKey key);
   void StoreFocused();
+  void Close();
   void ReadRows();
 
   KeyboardPage& m_page;
@@ -52,6 +61,7 @@ class PageState {
   std::array<Row, kSettingIds.size()> m_rows;
   SettingId m_focused = SettingId::kLanguage;
   std::optional<std::size_t> m_list_focus;
+  std::optional<std::size_t> m_failed;
   bool m_is_left = false;
 };
 

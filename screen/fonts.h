@@ -2,24 +2,49 @@
 #ifndef SCREEN_FONTS_H
 #define SCREEN_FONTS_H
 
+#include <map>
 #include <memory>
 #include <string>
 
 #include <fontconfig/fontconfig.h>
+#include <ft2build.h>
+#include FT_FREETYPE_H
 
-struct FontconfigDeleter {
-  void operator()(FcPattern* pattern) const { FcPatternDestroy(pattern); }
-  void operator()(FcCharSet* characters) const { FcCharSetDestroy(characters); }
-};
-using FontPattern = std::unique_ptr<FcPattern, FontconfigDeleter>;
-using Characters = std::unique_ptr<FcCharSet, FontconfigDeleter>;
+// Sets the order of the fonts in which this process draws the family Sans, for each language.
+void SetFontOrder();
 
-// Returns the best font for the language of `locale`, in the form "ko_KR" or "ko", as Evas expects
-// it: "Noto Sans Khmer:lang=km". With "Sans" alone, Evas takes the line height from another font
-// and cuts deep characters.
+// Returns the font for the language of `locale`, in the form "ko_KR" or "ko", as Evas expects it:
+// "Sans:lang=ko". It contains no space, because a space would end it in the style of a text block.
 std::string FontFor(const std::string& locale);
 
-// Returns the characters that at least one installed font has.
-Characters InstalledCharacters();
+// The fonts that Evas uses for a line of text: a character comes from the first one that has it.
+class LineFonts {
+ public:
+  enum class Fault {
+    kNone,
+    kMissing,    // no installed font has the character
+    kMarkAlone,  // the mark is separated from its letter
+    kCut,        // the character is higher or deeper than the line
+  };
+
+  explicit LineFonts(const std::string& font);  // see FontFor()
+  ~LineFonts();
+  LineFonts(const LineFonts&) = delete;
+  LineFonts& operator=(const LineFonts&) = delete;
+
+  Fault FaultOf(FcChar32 character, bool is_mark);
+
+ private:
+  struct Deleter {
+    void operator()(FcFontSet* fonts) const { FcFontSetDestroy(fonts); }
+  };
+
+  FT_Face Face(int index);
+  bool IsCut(FT_Face face, FcChar32 character);
+
+  std::unique_ptr<FcFontSet, Deleter> m_fonts;
+  FT_Library m_library = nullptr;  // owns the faces
+  std::map<int, FT_Face> m_faces;
+};
 
 #endif

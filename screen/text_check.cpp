@@ -1,7 +1,9 @@
 #include "text_check.h"
 
+#include <array>
 #include <cstddef>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -13,6 +15,20 @@
 #include "ui_language.h"
 
 namespace {
+
+struct FaultText {
+  LineFonts::Fault fault;
+  const char* problem;
+  const char* remedy;
+};
+
+const std::array kFaults = {
+    FaultText{LineFonts::Fault::kMissing,
+              "has characters that no installed font has:", "install a font for them"},
+    FaultText{LineFonts::Fault::kMarkAlone, "has marks that are drawn without their letters:",
+              "put a font that has them first in fonts.cpp"},
+    FaultText{LineFonts::Fault::kCut, "has characters that are cut, because their line is low:",
+              "put their font first in fonts.cpp"}};
 
 class TextCheck {
  public:
@@ -38,13 +54,13 @@ class TextCheck {
     m_where = "interface " + language;
     UseUiLanguage(language);
     m_canvas.SetLanguage(language);
+    m_fonts.emplace(FontFor(language));
     const PageState state(m_page);
     m_canvas.Show(state);
     CheckText(state.head().title, {{m_canvas.page(), "title"}});
     for (const SettingId id : kSettingIds) {
       const Setting& setting = state.row(id).setting;
-      CheckText(setting.name,
-                {{m_canvas.Nested("language"), "name"}, {m_canvas.page(), "list.title"}});
+      CheckText(setting.name, {{m_canvas.Nested("language"), "name"}, {m_canvas.list(), "title"}});
       CheckHelp(setting.help);
     }
     for (const Choice& choice : state.row(SettingId::kLanguage).setting.choices) {
@@ -56,8 +72,7 @@ class TextCheck {
   }
 
   void CheckChoice(const std::string& text) {
-    CheckText(text,
-              {{m_canvas.Nested("language"), "value"}, {m_canvas.Nested("choice.0"), "text"}});
+    CheckText(text, {{m_canvas.Nested("language"), "value"}, {m_canvas.choice(0), "text"}});
   }
 
   // The same problem of the same text in another interface language is not reported again.
@@ -104,18 +119,19 @@ class TextCheck {
     if (g_utf8_validate(text.c_str(), -1, nullptr) == FALSE) {
       return Add(text, "characters", "is not UTF-8", "fix it");
     }
-    std::string missing;
+    std::map<LineFonts::Fault, std::string> found;
     for (const char* at = text.c_str(); *at != '\0'; at = g_utf8_next_char(at)) {
       const gunichar character = g_utf8_get_char(at);
       const GUnicodeType type = g_unichar_type(character);
-      const bool is_drawn = type != G_UNICODE_FORMAT && type != G_UNICODE_SPACE_SEPARATOR;
-      if (is_drawn && FcCharSetHasChar(m_characters.get(), character) == FcFalse) {
-        missing.append(" ").append(at, static_cast<std::size_t>(g_utf8_next_char(at) - at));
+      if (type != G_UNICODE_FORMAT && type != G_UNICODE_SPACE_SEPARATOR) {
+        found[m_fonts->FaultOf(character, g_unichar_ismark(character) != FALSE)].append(" ").append(
+            at, static_cast<std::size_t>(g_utf8_next_char(at) - at));
       }
     }
-    if (!missing.empty()) {
-      Add(text, "characters", "has characters that no installed font has:" + missing,
-          "install a font for them");
+    for (const auto& [fault, problem, remedy] : kFaults) {
+      if (found.contains(fault)) {
+        Add(text, problem, problem + found.at(fault), remedy);
+      }
     }
   }
 
@@ -135,7 +151,7 @@ class TextCheck {
 
   KeyboardPage& m_page;
   Canvas& m_canvas;
-  Characters m_characters = InstalledCharacters();
+  std::optional<LineFonts> m_fonts;            // of the interface language
   std::map<std::string, std::string> m_types;  // texts by type id
   std::string m_where;
   std::set<std::string> m_reported;
