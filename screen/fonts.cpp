@@ -4,7 +4,8 @@
 
 namespace {
 
-constexpr char kLatin[] = "Noto Sans";  // also for Cyrillic and Greek
+constexpr char kPageFamily[] = "MenuScreen";  // only these rules know this name
+constexpr char kLatin[] = "Noto Sans";        // also for Cyrillic and Greek
 
 struct Script {
   const char* language;
@@ -35,14 +36,14 @@ const FcChar8* FcString(const std::string& text) {
   return reinterpret_cast<const FcChar8*>(text.c_str());
 }
 
-// Returns a rule of fontconfig: the family Sans begins with these families.
+std::string Family(const std::string& name) { return "<string>" + name + "</string>"; }
+
+// Returns a rule of fontconfig: the page's family begins with these families.
 std::string Rule(const std::string& condition, const std::string& families) {
-  return "<match><test name='family'><string>Sans</string></test>" + condition +
+  return "<match><test name='family'>" + Family(kPageFamily) + "</test>" + condition +
          "<edit name='family' mode='prepend_first' binding='strong'>" + families +
          "</edit></match>";
 }
-
-std::string Family(const std::string& name) { return "<string>" + name + "</string>"; }
 
 }  // namespace
 
@@ -57,7 +58,7 @@ void SetFontOrder() {
 
 std::string FontFor(const std::string& locale) {
   FcChar8* name = FcLangNormalize(FcString(locale));  // keeps the country if fonts depend on it
-  std::string font = std::string("Sans:lang=") + reinterpret_cast<const char*>(name);
+  std::string font = kPageFamily + std::string(":lang=") + reinterpret_cast<const char*>(name);
   FcStrFree(name);
   return font;
 }

@@ -10,11 +10,11 @@
 #include <ft2build.h>
 #include FT_FREETYPE_H
 
-// Sets the order of the fonts in which this process draws the family Sans, for each language.
+// Tells fontconfig the order of the page's fonts, for each language and for this process.
 void SetFontOrder();
 
 // Returns the font for the language of `locale`, in the form "ko_KR" or "ko", as Evas expects it:
-// "Sans:lang=ko". It contains no space, because a space would end it in the style of a text block.
+// "MenuScreen:lang=ko". It has no space, because a space would end it in a text block's style.
 std::string FontFor(const std::string& locale);
 
 // The fonts that Evas uses for a line of text: a character comes from the first one that has it.

@@ -55,7 +55,8 @@ class TextCheck {
     UseUiLanguage(language);
     m_canvas.SetLanguage(language);
     m_fonts.emplace(FontFor(language));
-    const PageState state(m_page);
+    PageState state(m_page);
+    state.Open();  // gives the parts of the list their sizes
     m_canvas.Show(state);
     CheckText(state.head().title, {{m_canvas.page(), "title"}});
     for (const SettingId id : kSettingIds) {
@@ -98,7 +99,9 @@ class TextCheck {
     for (const Place& place : places) {
       int room = 0;
       edje_object_part_geometry_get(place.object, place.part, nullptr, nullptr, &room, nullptr);
-      CheckSize(text, place, "wide", WidthAt(place, text), room);
+      const int width = WidthAt(place, text, "");
+      // The layout chooses a smaller size for a long text.
+      CheckSize(text, place, "wide", width > room ? WidthAt(place, text, text) : width, room);
     }
   }
 
@@ -135,7 +138,10 @@ class TextCheck {
     }
   }
 
-  static int WidthAt(const Place& place, const std::string& text) {
+  // Returns the width of `text` in the size in which the layout draws the text `shown`.
+  static int WidthAt(const Place& place, const std::string& text, const std::string& shown) {
+    edje_object_part_text_set(place.object, place.part, shown.c_str());
+    edje_object_calc_force(place.object);
     const Evas_Object* part = edje_object_part_object_get(place.object, place.part);
     const char* font = nullptr;
     Evas_Font_Size size = 0;
