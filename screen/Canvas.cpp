@@ -222,10 +222,12 @@ void Canvas::Mirror(bool is_mirrored) {
 void Canvas::ShowRow(const char* part, const Row& row, bool focused) {
   Evas_Object* object = Nested(part);
   const Setting& setting = row.setting;
-  SetText(object, "name", setting.has_list ? setting.name : "");
-  SetText(object, "unusable", setting.has_list ? "" : setting.name);
   const bool is_odd = setting.value && !setting.current;  // not one of the choices
-  SetText(object, "value", is_odd ? "" : setting.CurrentText().value_or(kNothing));
+  const std::string value = is_odd ? "" : setting.CurrentText().value_or(kNothing);
+  SetText(object, "name", setting.has_list ? setting.name : "");
+  SetText(object, "value", setting.has_list ? value : "");
+  SetText(object, "unusable", setting.has_list ? "" : setting.name);
+  SetText(object, "unusable.value", setting.has_list ? "" : value);
   SetText(object, "odd", is_odd ? *setting.value : "");
   Switch(object, "trouble", row.problem.has_value());
   if (row.problem) {
