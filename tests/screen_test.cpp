@@ -6,31 +6,42 @@
 #include <gtest/gtest.h>
 
 #include "Canvas.h"
+#include "kvreg.h"
 #include "temporary.h"
 #include "ui_language.h"
 
 // The sign of each part of the layout that is shown or, for "~", mirrored.
-const std::map<std::string, const char*> kSigns = {
-    {"list", "open "}, {"list.above", "^"}, {"list.below", "v"},   {"list.trouble", "!"},
-    {"frame", ">"},    {"trouble", "!"},    {"mark", "*"},         {"help.trouble", "help! "},
-    {"value", "~"},    {"text", "~"},       {"list.position", "~"}};
+const std::map<std::string, const char*> kSigns = {{"list", "open "}, {"above", "^"},
+                                                   {"below", "v"},    {"trouble", "!"},
+                                                   {"frame", ">"},    {"mark", "*"},
+                                                   {"value", "~"},    {"text", "~"},
+                                                   {"position", "~"}, {"help.trouble", "help! "}};
 
-const std::map<char, const char*> kKeys = {{'u', "Up"},       {'d', "Down"},   {'r', "Return"},
-                                           {'k', "KP_Enter"}, {'e', "Escape"}, {'<', "Left"},
-                                           {'>', "Right"}};
+const std::map<char, const char*> kKeys = {{'u', "Up"},
+                                           {'d', "Down"},
+                                           {'r', "Return"},
+                                           {'k', "KP_Enter"},
+                                           {'e', "Escape"},
+                                           {'<', "Left"},
+                                           {'>', "Right"},
+                                           {'p', "Prior"},
+                                           {'n', "Next"},
+                                           {'^', "Home"},
+                                           {'$', "End"},
+                                           {'+', "XF86ChannelUp"},
+                                           {'-', "XF86ChannelDown"}};
 
 struct Screen {
   explicit Screen(const std::string& root) : root_variable(kRootVariable, root) {
     canvas.Control(state);
   }
 
-  // Presses the keys, then compares the line. "h" holds the last key: X11 repeats it at the time
-  // of its release.
+  // Presses the keys, then compares the line.
   void Press(const std::string& keys, const std::string& line) {
     Evas* evas = evas_object_evas_get(canvas.page());
     for (const char letter : keys) {
-      time += letter == 'h' ? 0 : 1;
-      key = letter == 'h' ? key : kKeys.at(letter);
+      const char* key = kKeys.at(letter);
+      ++time;
       evas_event_feed_key_down(evas, key, key, nullptr, nullptr, time, nullptr);
       evas_event_feed_key_up(evas, key, key, nullptr, nullptr, time, nullptr);
     }
@@ -39,23 +50,25 @@ struct Screen {
 
   // The rows; then the list if it is open, and its choices with the focus or the mark.
   std::string Line() const {
-    std::string line = Described("language") + " | " + Described("type");
-    line += state.is_left() ? " | left" : state.list_focus() ? " | " + Described("") : "";
-    for (int i = 0; state.list_focus() && i < 10; ++i) {
-      const std::string choice = Described("choice." + std::to_string(i));
+    std::string line = Described(canvas.Nested("language")) + " | ";
+    line += Described(canvas.Nested("type"));
+    line += state.is_left()      ? " | left"
+            : state.list_focus() ? " | " + Described(canvas.page()) + Described(canvas.list())
+                                 : "";
+    for (std::size_t i = 0; state.list_focus() && i < 10; ++i) {
+      const std::string choice = Described(canvas.choice(i));
       line += choice.find_first_of(">*") == 0 ? " | " + std::to_string(i) + choice : "";
     }
     return line;
   }
 
-  std::string Described(const std::string& nested) const {
-    const Evas_Object* object = nested.empty() ? canvas.page() : canvas.Nested(nested);
+  static std::string Described(const Evas_Object* object) {
     std::string line;
     for (const auto& [part, sign] : kSigns) {
       const std::string look = edje_object_part_state_get(object, part.c_str(), nullptr);
       line += look == "shown" || look == "mirrored" ? sign : "";
     }
-    for (const char* part : {"value", "odd", "text", "list.position"}) {
+    for (const char* part : {"value", "unusable.value", "odd", "text", "position"}) {
       const char* text = edje_object_part_text_get(object, part);
       line += text == nullptr ? "" : text;
     }
@@ -69,7 +82,6 @@ struct Screen {
   KeyboardPage page{provider};
   PageState state{page};
   Canvas canvas{Target::kBuffer, TEST_LAYOUT};
-  const char* key = nullptr;
   unsigned int time = 0;
 };
 
@@ -77,14 +89,16 @@ TEST(Screen, FollowsTheRemoteControl) {
   UseUiLanguage("en_US");
   Screen tv(TEST_ROOT);
   tv.Press("", ">— | —");
-  tv.Press("ddr", "— | >— | open !");  // types need a stored language
-  tv.Press("drurdd", ">— | — | open v3 / 61 | 2>Spanish");
+  tv.Press("ddr", ">— | — | open v1 / 61 | 0>Korean");  // types need a stored language
+  tv.Press("dd", ">— | — | open v3 / 61 | 2>Spanish");
   tv.Press("k", ">Spanish | Latin American");
-  tv.Press("rhuhu>", ">Spanish | Latin American | open v1 / 61 | 0>Korean | 2*Spanish");
+  tv.Press("ruu>", ">Spanish | Latin American | open v1 / 61 | 0>Korean | 2*Spanish");
   tv.Press("<drdr", "Spanish | >Latin American (no dead keys)");
   tv.Press("urddddddd", ">Spanish | Latin American (no dead keys) | open ^v10 / 61 | 5>Dutch");
-  tv.Press(std::string(70, 'd'),
-           ">Spanish | Latin American (no dead keys) | open ^61 / 61 | 9>Khmer");
+  const std::string open = ">Spanish | Latin American (no dead keys) | open ";
+  tv.Press("$d", open + "^61 / 61 | 9>Khmer");
+  tv.Press("pd+", open + "^v42 / 61 | 5>Indonesian");
+  tv.Press("^u-nn", open + "^v31 / 61 | 5>Japanese");
   tv.Press("e", ">Spanish | Latin American (no dead keys)");
   tv.Press("de", "Spanish | >Latin American (no dead keys) | left");
   const Evas_Object* help = tv.canvas.Nested("help.layout");
@@ -97,16 +111,23 @@ TEST(Screen, ShowsProblems) {
   Screen tv(root.PathOf(""));
   tv.Press("rr", ">SID_SETUP_LANGUAGE_KOREAN | !ko_KR.us_intl_ibm103i");
   const ScopedVariable gone(kRegistryVariable, root.PathOf("gone/registry.db"));
-  tv.Press("rr", ">!— | —");
+  tv.Press("rr", ">!— | — | help! open v1 / 61 | 0>!SID_SETUP_LANGUAGE_KOREAN");  // not stored
+  tv.Press("e", ">— | —");
   const ScopedVariable unreadable(kRegistryVariable, TEST_PLUGIN);
-  tv.Press("r", ">!— | !— | help! open v1 / 61 | 0>SID_SETUP_LANGUAGE_KOREAN");
+  tv.Press("re", ">!— | !—");
+}
+
+TEST(Screen, ShowsAStoredLanguageThatIsNoChoice) {
+  Screen tv(TEST_ROOT);
+  ASSERT_EQ(kvreg_set_str(KeyOf(SettingId::kLanguage), "xx_XX"), 0);
+  tv.Press("re", ">!xx_XX | —");
 }
 
 TEST(Screen, MirrorsAndResizes) {
   UseUiLanguage("ar");
   Screen tv(TEST_ROOT);
-  tv.Press("dr<", "~— | >~— | open ~!");
-  tv.Press(">", "~— | >~—");
+  tv.Press("r<", ">~— | ~— | open v~1 / 61 | 0>~الكورية");
+  tv.Press(">", ">~— | ~—");
   Ecore_Evas* window = ecore_evas_ecore_evas_get(evas_object_evas_get(tv.canvas.page()));
   ecore_evas_resize(window, 960, 1080);
   ecore_evas_manual_render(window);
