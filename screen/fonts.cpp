@@ -13,9 +13,9 @@ struct Script {
   bool follows_latin = false;
 };
 
-// Evas takes the height of a line from the first font, and separates a mark, such as a vowel sign,
-// from its letter in any other font. So the font of a script comes first, except if it has no marks
-// and its lines are too low for Latin letters.
+// Evas takes the height of a label from the first font and cuts what is higher or deeper. So the
+// font of a script comes first, except if it is lower than Latin letters with accents. Without this
+// table, letters can come from a font that lacks the script's marks.
 constexpr std::array kScripts = std::to_array<Script>({
     {"am", "Noto Sans Ethiopic", true},
     {"ar", "Noto Sans Arabic"},
@@ -26,7 +26,7 @@ constexpr std::array kScripts = std::to_array<Script>({
     {"km", "Noto Sans Khmer"},
     {"ko", "WenQuanYi Micro Hei"},
     {"my", "Noto Sans Myanmar"},
-    {"ta", "Noto Sans Tamil"},
+    {"ta", "Noto Sans Tamil", true},
     {"th", "Noto Sans Thai"},
     {"ur", "Noto Sans Arabic"},  // lines of Nastaliq would be twice as high
     {"zh", "WenQuanYi Micro Hei"},
@@ -76,17 +76,27 @@ LineFonts::LineFonts(const std::string& font) {
 LineFonts::~LineFonts() { FT_Done_FreeType(m_library); }
 
 LineFonts::Fault LineFonts::FaultOf(FcChar32 character, bool is_mark) {
+  const int index = IndexOf(character);
+  if (index < 0) {
+    return Fault::kMissing;
+  }
+  const bool is_alone = is_mark && index != m_letter;
+  m_letter = is_mark ? m_letter : index;
+  if (is_alone) {
+    return Fault::kMarkAlone;
+  }
+  return index > 0 && IsCut(Face(index), character) ? Fault::kCut : Fault::kNone;
+}
+
+int LineFonts::IndexOf(FcChar32 character) const {
   for (int i = 0; m_fonts && i < m_fonts->nfont; ++i) {
     FcCharSet* characters = nullptr;
     FcPatternGetCharSet(m_fonts->fonts[i], FC_CHARSET, 0, &characters);
     if (characters != nullptr && FcCharSetHasChar(characters, character) != FcFalse) {
-      if (is_mark && i > 0) {
-        return Fault::kMarkAlone;
-      }
-      return i > 0 && IsCut(Face(i), character) ? Fault::kCut : Fault::kNone;
+      return i;
     }
   }
-  return Fault::kMissing;
+  return -1;
 }
 
 FT_Face LineFonts::Face(int index) {

@@ -23,7 +23,7 @@ class LineFonts {
   enum class Fault {
     kNone,
     kMissing,    // no installed font has the character
-    kMarkAlone,  // the mark is separated from its letter
+    kMarkAlone,  // the mark, such as a vowel sign, and its letter come from two fonts
     kCut,        // the character is higher or deeper than the line
   };
 
@@ -32,6 +32,7 @@ class LineFonts {
   LineFonts(const LineFonts&) = delete;
   LineFonts& operator=(const LineFonts&) = delete;
 
+  // Returns the fault of the next character of a text.
   Fault FaultOf(FcChar32 character, bool is_mark);
 
  private:
@@ -39,12 +40,14 @@ class LineFonts {
     void operator()(FcFontSet* fonts) const { FcFontSetDestroy(fonts); }
   };
 
+  int IndexOf(FcChar32 character) const;  // negative if no font has it
   FT_Face Face(int index);
   bool IsCut(FT_Face face, FcChar32 character);
 
   std::unique_ptr<FcFontSet, Deleter> m_fonts;
   FT_Library m_library = nullptr;  // owns the faces
   std::map<int, FT_Face> m_faces;
+  int m_letter = 0;  // the font of the last character that is not a mark
 };
 
 #endif

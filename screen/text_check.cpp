@@ -26,9 +26,9 @@ const std::array kFaults = {
     FaultText{LineFonts::Fault::kMissing,
               "has characters that no installed font has:", "install a font for them"},
     FaultText{LineFonts::Fault::kMarkAlone, "has marks that are drawn without their letters:",
-              "put a font that has them first in fonts.cpp"},
+              "name a font that has both in fonts.cpp"},
     FaultText{LineFonts::Fault::kCut, "has characters that are cut, because their line is low:",
-              "put their font first in fonts.cpp"}};
+              "change the order of the fonts in fonts.cpp"}};
 
 class TextCheck {
  public:

@@ -27,7 +27,7 @@ class MenuScreenTest(unittest.TestCase):
     def screen(self, *arguments, status=0):
         environment = {**os.environ, "DISPLAY": "", "KVREG_FILE": str(self.folder / "registry.db")}
         done = subprocess.run([MENU_SCREEN, *arguments], capture_output=True, text=True, timeout=120,
-                              check=False, env=environment)
+                              check=False, env=environment, restore_signals=False)
         self.assertEqual(done.returncode, status, done)
         return done
 
