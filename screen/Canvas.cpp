@@ -288,11 +288,10 @@ void Canvas::ShowList(const PageState& state) {
   Switch(m_list, "trouble", count == 0);
   Switch(m_list, "above", first > 0);
   Switch(m_list, "below", first + places < count);
-  const std::size_t end = count == 0 ? places : std::min(places, count);
-  edje_object_signal_emit(m_list, "end", ChoicePart(end - 1).c_str());
   for (std::size_t i = 0; i < places; ++i) {
     const std::size_t shown = first + i;
     SetText(m_choices[i], "text", shown < count ? setting.choices[shown].text : "");
+    Switch(m_choices[i], "used", shown < count);
     Switch(m_choices[i], "focus", shown < count && shown == focus);
     Switch(m_choices[i], "trouble", shown < count && shown == state.failed());
     Switch(m_choices[i], "mark", shown < count && shown == setting.current);

@@ -1,14 +1,18 @@
 #include "PageState.h"
 
 #include <algorithm>
-#include <vector>
+#include <iterator>
+#include <map>
 
 #include "registry_admin.h"
 #include "text.h"
 
 namespace {
 
-constexpr std::size_t kPage = 10;  // choices
+// How many choices a key moves the focus. No list is as long as the steps of kFirst and kLast.
+const std::map<RemoteKey, std::ptrdiff_t> kSteps = {
+    {RemoteKey::kUp, -1},       {RemoteKey::kDown, 1},       {RemoteKey::kPageUp, -10},
+    {RemoteKey::kPageDown, 10}, {RemoteKey::kFirst, -10000}, {RemoteKey::kLast, 10000}};
 
 Row ReadRow(const KeyboardPage& page, SettingId id) {
   Row row = {page.ReadSetting(id), WhyUnreadable(KeyOf(id))};
@@ -44,35 +48,15 @@ void PageState::PressOnPage(RemoteKey key) {
 }
 
 void PageState::PressOnList(RemoteKey key) {
-  const std::size_t count = row(m_focused).setting.choices.size();
-  const std::size_t last = count - std::min<std::size_t>(count, 1);
-  const std::size_t focus = *m_list_focus;
-  switch (key) {
-    case RemoteKey::kUp:
-      m_list_focus = focus - std::min<std::size_t>(focus, 1);
-      break;
-    case RemoteKey::kDown:
-      m_list_focus = std::min(focus + 1, last);
-      break;
-    case RemoteKey::kPageUp:
-      m_list_focus = focus - std::min(focus, kPage);
-      break;
-    case RemoteKey::kPageDown:
-      m_list_focus = std::min(focus + kPage, last);
-      break;
-    case RemoteKey::kFirst:
-      m_list_focus = 0;
-      break;
-    case RemoteKey::kLast:
-      m_list_focus = last;
-      break;
-    case RemoteKey::kReturn:
-      count > 0 ? StoreFocused() : Close();
-      break;
-    case RemoteKey::kBack:
-    case RemoteKey::kToPage:
-      Close();
-      break;
+  const std::ptrdiff_t count = std::ssize(row(m_focused).setting.choices);
+  const auto step = kSteps.find(key);
+  if (step != kSteps.end()) {
+    const std::ptrdiff_t moved = static_cast<std::ptrdiff_t>(*m_list_focus) + step->second;
+    m_list_focus = std::max<std::ptrdiff_t>(std::min(moved, count - 1), 0);
+  } else if (key == RemoteKey::kReturn && count > 0) {
+    StoreFocused();
+  } else {
+    Close();
   }
 }
 
