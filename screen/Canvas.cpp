@@ -83,7 +83,7 @@ void Call(void* canvas, Evas* /*evas*/, Evas_Object* /*object*/, void* event) {
 }
 
 void SetText(Evas_Object* object, const std::string& part, const std::string& text) {
-  edje_object_part_text_set(object, part.c_str(), text.c_str());
+  edje_object_part_text_unescaped_set(object, part.c_str(), text.c_str());
 }
 
 void Switch(Evas_Object* object, const char* signal, bool is_on) {
@@ -253,7 +253,8 @@ void Canvas::LoadHelp(const std::string& image) {
   Switch(m_page, "help.trouble", !m_has_help_image);
   edje_object_part_swallow(m_page, has_layout && m_has_help_image ? "help.layout" : "help.picture",
                            m_help);
-  m_help_text = has_layout && m_has_help_image ? Place{m_help, "help"} : Place{m_page, "help.text"};
+  m_help_text = has_layout && m_has_help_image ? Place{m_help, "help", false}
+                                               : Place{m_page, "help.text", false};
 }
 
 void Canvas::ShowHelp(const PageHead& head, const Setting& setting) {
@@ -264,11 +265,7 @@ void Canvas::ShowHelp(const PageHead& head, const Setting& setting) {
     edje_object_text_class_set(m_help, kHelpTextClass, m_font.c_str(), kLayoutSize);
     edje_object_signal_emit(m_help, "language", "");
   }
-  ShowHelpText(setting.help);
-}
-
-void Canvas::ShowHelpText(const std::string& text) const {
-  edje_object_part_text_unescaped_set(m_help_text.object, m_help_text.part, text.c_str());
+  SetText(m_help_text.object, m_help_text.part, setting.help);
 }
 
 void Canvas::ShowList(const PageState& state) {

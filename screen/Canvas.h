@@ -30,6 +30,7 @@ enum class Target {
 struct Place {
   Evas_Object* object;
   const char* part;
+  bool is_line = true;  // otherwise it wraps
 };
 
 class Canvas {
@@ -65,7 +66,6 @@ class Canvas {
   Evas_Object* choice(std::size_t place) const { return m_choices[place]; }
   Evas_Object* Nested(const std::string& part) const;
   Place help_text() const { return m_help_text; }
-  void ShowHelpText(const std::string& text) const;
   bool has_help_image() const { return m_has_help_image; }  // valid after Show()
 
  private:

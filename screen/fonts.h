@@ -2,13 +2,10 @@
 #ifndef SCREEN_FONTS_H
 #define SCREEN_FONTS_H
 
-#include <map>
 #include <memory>
 #include <string>
 
 #include <fontconfig/fontconfig.h>
-#include <ft2build.h>
-#include FT_FREETYPE_H
 
 // Tells fontconfig the order of the page's fonts, for each language and for this process.
 void SetFontOrder();
@@ -24,13 +21,9 @@ class LineFonts {
     kNone,
     kMissing,    // no installed font has the character
     kMarkAlone,  // the mark, such as a vowel sign, and its letter come from two fonts
-    kCut,        // the character is higher or deeper than the line
   };
 
   explicit LineFonts(const std::string& font);  // see FontFor()
-  ~LineFonts();
-  LineFonts(const LineFonts&) = delete;
-  LineFonts& operator=(const LineFonts&) = delete;
 
   // Returns the fault of the next character of a text.
   Fault FaultOf(FcChar32 character, bool is_mark);
@@ -41,12 +34,8 @@ class LineFonts {
   };
 
   int IndexOf(FcChar32 character) const;  // negative if no font has it
-  FT_Face Face(int index);
-  bool IsCut(FT_Face face, FcChar32 character);
 
   std::unique_ptr<FcFontSet, Deleter> m_fonts;
-  FT_Library m_library = nullptr;  // owns the faces
-  std::map<int, FT_Face> m_faces;
   int m_letter = 0;  // the font of the last character that is not a mark
 };
 

@@ -26,9 +26,7 @@ const std::array kFaults = {
     FaultText{LineFonts::Fault::kMissing,
               "has characters that no installed font has:", "install a font for them"},
     FaultText{LineFonts::Fault::kMarkAlone, "has marks that are drawn without their letters:",
-              "name a font that has both in fonts.cpp"},
-    FaultText{LineFonts::Fault::kCut, "has characters that are cut, because their line is low:",
-              "change the order of the fonts in fonts.cpp"}};
+              "name a font that has both in fonts.cpp"}};
 
 class TextCheck {
  public:
@@ -62,7 +60,7 @@ class TextCheck {
     for (const SettingId id : kSettingIds) {
       const Setting& setting = state.row(id).setting;
       CheckText(setting.name, {{m_canvas.Nested("language"), "name"}, {m_canvas.list(), "title"}});
-      CheckHelp(setting.help);
+      CheckText(setting.help, {m_canvas.help_text()});
     }
     for (const Choice& choice : state.row(SettingId::kLanguage).setting.choices) {
       CheckChoice(choice.text);
@@ -90,32 +88,27 @@ class TextCheck {
       Add(text, place.part,
           "is " + std::to_string(size) + " px " + direction + " in '" + place.part +
               "', which has room for " + std::to_string(room),
-          "shorten it");
+          "shorten it, or choose a lower font");
     }
   }
 
+  // A line of a text block is as high as the highest of its fonts.
   void CheckText(const std::string& text, const std::vector<Place>& places) {
     CheckCharacters(text);
     for (const Place& place : places) {
-      int room = 0;
-      edje_object_part_geometry_get(place.object, place.part, nullptr, nullptr, &room, nullptr);
-      const int width = WidthAt(place, text, "");
-      // The layout chooses a smaller size for a long text.
-      CheckSize(text, place, "wide", width > room ? WidthAt(place, text, text) : width, room);
+      edje_object_part_text_unescaped_set(place.object, place.part, text.c_str());
+      edje_object_calc_force(place.object);
+      int width = 0;
+      int height = 0;
+      edje_object_part_geometry_get(place.object, place.part, nullptr, nullptr, &width, &height);
+      const auto* block = edje_object_part_object_get(place.object, place.part);
+      int drawn_width = 0;
+      int drawn_height = 0;
+      place.is_line ? evas_object_textblock_size_native_get(block, &drawn_width, &drawn_height)
+                    : evas_object_textblock_size_formatted_get(block, nullptr, &drawn_height);
+      CheckSize(text, place, "wide", drawn_width, width);
+      CheckSize(text, place, "high", drawn_height, height);
     }
-  }
-
-  void CheckHelp(const std::string& text) {
-    CheckCharacters(text);
-    const Place place = m_canvas.help_text();
-    m_canvas.ShowHelpText(text);
-    edje_object_calc_force(place.object);
-    int room = 0;
-    int height = 0;
-    edje_object_part_geometry_get(place.object, place.part, nullptr, nullptr, nullptr, &room);
-    evas_object_textblock_size_formatted_get(edje_object_part_object_get(place.object, place.part),
-                                             nullptr, &height);
-    CheckSize(text, place, "high", height, room);
   }
 
   void CheckCharacters(const std::string& text) {
@@ -136,23 +129,6 @@ class TextCheck {
         Add(text, problem, problem + found.at(fault), remedy);
       }
     }
-  }
-
-  // Returns the width of `text` in the size in which the layout draws the text `shown`.
-  static int WidthAt(const Place& place, const std::string& text, const std::string& shown) {
-    edje_object_part_text_set(place.object, place.part, shown.c_str());
-    edje_object_calc_force(place.object);
-    const Evas_Object* part = edje_object_part_object_get(place.object, place.part);
-    const char* font = nullptr;
-    Evas_Font_Size size = 0;
-    evas_object_text_font_get(part, &font, &size);
-    Evas_Object* measured = evas_object_text_add(evas_object_evas_get(place.object));
-    evas_object_text_font_set(measured, font, size);
-    evas_object_text_text_set(measured, text.c_str());
-    int width = 0;
-    evas_object_geometry_get(measured, nullptr, nullptr, &width, nullptr);
-    evas_object_del(measured);
-    return width;
   }
 
   KeyboardPage& m_page;
