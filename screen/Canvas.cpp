@@ -143,9 +143,6 @@ Canvas::Canvas(Target target, const std::string& layout) {
 }
 
 Canvas::~Canvas() {
-  if (m_window) {
-    ecore_evas_callback_destroy_set(m_window.get(), nullptr);
-  }
   m_window.reset();
   edje_shutdown();
   ecore_evas_shutdown();

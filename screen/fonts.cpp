@@ -61,32 +61,23 @@ std::string FontFor(const std::string& locale) {
   return font;
 }
 
-LineFonts::LineFonts(const std::string& font) {
+Fonts FontsOf(const std::string& font) {
   FcPattern* pattern = FcNameParse(FcString(font));
   FcConfigSubstitute(nullptr, pattern, FcMatchPattern);
   FcDefaultSubstitute(pattern);
   FcResult result = FcResultMatch;
-  m_fonts.reset(FcFontSort(nullptr, pattern, FcTrue, nullptr, &result));
+  Fonts fonts(FcFontSort(nullptr, pattern, FcTrue, nullptr, &result));
   FcPatternDestroy(pattern);
+  return fonts;
 }
 
-LineFonts::Fault LineFonts::FaultOf(FcChar32 character, bool is_mark) {
-  const int index = IndexOf(character);
-  if (index < 0) {
-    return Fault::kMissing;
-  }
-  const bool is_alone = is_mark && index != m_letter;
-  m_letter = is_mark ? m_letter : index;
-  return is_alone ? Fault::kMarkAlone : Fault::kNone;
-}
-
-int LineFonts::IndexOf(FcChar32 character) const {
-  for (int i = 0; m_fonts && i < m_fonts->nfont; ++i) {
+const FcPattern* FontWith(const Fonts& fonts, FcChar32 character) {
+  for (int i = 0; fonts && i < fonts->nfont; ++i) {
     FcCharSet* characters = nullptr;
-    FcPatternGetCharSet(m_fonts->fonts[i], FC_CHARSET, 0, &characters);
+    FcPatternGetCharSet(fonts->fonts[i], FC_CHARSET, 0, &characters);
     if (characters != nullptr && FcCharSetHasChar(characters, character) != FcFalse) {
-      return i;
+      return fonts->fonts[i];
     }
   }
-  return -1;
+  return nullptr;
 }

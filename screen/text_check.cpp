@@ -1,9 +1,7 @@
 #include "text_check.h"
 
-#include <array>
 #include <cstddef>
 #include <map>
-#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -15,18 +13,6 @@
 #include "ui_language.h"
 
 namespace {
-
-struct FaultText {
-  LineFonts::Fault fault;
-  const char* problem;
-  const char* remedy;
-};
-
-const std::array kFaults = {
-    FaultText{LineFonts::Fault::kMissing,
-              "has characters that no installed font has:", "install a font for them"},
-    FaultText{LineFonts::Fault::kMarkAlone, "has marks that are drawn without their letters:",
-              "name a font that has both in fonts.cpp"}};
 
 class TextCheck {
  public:
@@ -52,7 +38,7 @@ class TextCheck {
     m_where = "interface " + language;
     UseUiLanguage(language);
     m_canvas.SetLanguage(language);
-    m_fonts.emplace(FontFor(language));
+    m_fonts = FontsOf(FontFor(language));
     PageState state(m_page);
     state.Open();  // gives the parts of the list their sizes
     m_canvas.Show(state);
@@ -115,25 +101,36 @@ class TextCheck {
     if (g_utf8_validate(text.c_str(), -1, nullptr) == FALSE) {
       return Add(text, "characters", "is not UTF-8", "fix it");
     }
-    std::map<LineFonts::Fault, std::string> found;
+    std::string missing;
+    std::string alone;  // marks such as vowel signs, whose letter is in another font
+    const FcPattern* letter = nullptr;
     for (const char* at = text.c_str(); *at != '\0'; at = g_utf8_next_char(at)) {
       const gunichar character = g_utf8_get_char(at);
       const GUnicodeType type = g_unichar_type(character);
-      if (type != G_UNICODE_FORMAT && type != G_UNICODE_SPACE_SEPARATOR) {
-        found[m_fonts->FaultOf(character, g_unichar_ismark(character) != FALSE)].append(" ").append(
-            at, static_cast<std::size_t>(g_utf8_next_char(at) - at));
+      if (type == G_UNICODE_FORMAT || type == G_UNICODE_SPACE_SEPARATOR) {
+        continue;
       }
+      const std::string shown =
+          " " + std::string(at, static_cast<const char*>(g_utf8_next_char(at)));
+      const FcPattern* font = FontWith(m_fonts, character);
+      const bool is_mark = g_unichar_ismark(character) != FALSE;
+      missing += font == nullptr ? shown : "";
+      alone += is_mark && font != letter ? shown : "";
+      letter = is_mark ? letter : font;
     }
-    for (const auto& [fault, problem, remedy] : kFaults) {
-      if (found.contains(fault)) {
-        Add(text, problem, problem + found.at(fault), remedy);
-      }
+    if (!missing.empty()) {
+      Add(text, "characters", "has characters that no installed font has:" + missing,
+          "install a font for them");
+    }
+    if (!alone.empty()) {
+      Add(text, "marks", "has marks that are not in the font of their letters:" + alone,
+          "name a font that has both in fonts.cpp");
     }
   }
 
   KeyboardPage& m_page;
   Canvas& m_canvas;
-  std::optional<LineFonts> m_fonts;            // of the interface language
+  Fonts m_fonts;                               // of the interface language
   std::map<std::string, std::string> m_types;  // texts by type id
   std::string m_where;
   std::set<std::string> m_reported;
