@@ -22,6 +22,7 @@ constexpr char kNothing[] = "\u2014";      // an em dash
 constexpr char kTextClass[] = "text";      // of the page
 constexpr char kHelpTextClass[] = "help";  // of the help layout
 constexpr int kLayoutSize = -100;          // 100 percent of the size in the layout
+constexpr std::size_t kPlaces = 10;        // for choices
 constexpr std::string_view kPngEnd = "IEND\xAE\x42\x60\x82";
 
 const std::map<std::string, RemoteKey> kKeys = {  // the names of X11
@@ -90,12 +91,19 @@ void Switch(Evas_Object* object, const char* signal, bool is_on) {
   edje_object_signal_emit(object, signal, is_on ? "on" : "off");
 }
 
-std::string ChoicePart(std::size_t index) { return "choice." + std::to_string(index); }
+bool IsRightToLeft(Evas* evas, const std::string& text) {
+  Evas_Object* label = evas_object_text_add(evas);
+  evas_object_text_font_set(label, "Sans", 10);
+  evas_object_text_text_set(label, text.c_str());
+  const bool is_right_to_left = evas_object_text_direction_get(label) == EVAS_BIDI_DIRECTION_RTL;
+  evas_object_del(label);
+  return is_right_to_left;
+}
 
 // Returns the first visible choice. The list scrolls with its focus in the middle.
-std::size_t FirstShown(std::size_t focused, std::size_t count, std::size_t places) {
-  const std::size_t before = focused - std::min(focused, places / 2);
-  return std::min(before, count - std::min(count, places));
+std::size_t FirstShown(std::size_t focused, std::size_t count) {
+  const std::size_t before = focused - std::min(focused, kPlaces / 2);
+  return std::min(before, count - std::min(count, kPlaces));
 }
 
 }  // namespace
@@ -110,9 +118,10 @@ Canvas::Canvas(Target target, const std::string& layout) {
     throw HostError("cannot use the layout " + Quoted(layout) + ": " +
                     edje_load_error_str(edje_object_load_error_get(m_page)));
   }
-  m_list = Nested("list");
-  while (edje_object_part_exists(m_list, ChoicePart(m_choices.size()).c_str()) != EINA_FALSE) {
-    m_choices.push_back(edje_object_part_swallow_get(m_list, ChoicePart(m_choices.size()).c_str()));
+  m_list = edje_object_part_swallow_get(m_page, "list");
+  for (std::size_t i = 0; i < kPlaces; ++i) {
+    const std::string part = "choice." + std::to_string(i);
+    m_choices.push_back(edje_object_part_swallow_get(m_list, part.c_str()));
   }
   edje_object_size_min_get(m_page, &m_width, &m_height);
   ecore_evas_resize(m_window.get(), m_width, m_height);
@@ -166,21 +175,6 @@ void Canvas::Layout() {
   }
 }
 
-bool Canvas::IsRightToLeft(const std::string& text) const {
-  Evas_Object* label = evas_object_text_add(ecore_evas_get(m_window.get()));
-  evas_object_text_font_set(label, m_font.c_str(), m_height);
-  evas_object_text_text_set(label, text.c_str());
-  const bool is_right_to_left = evas_object_text_direction_get(label) == EVAS_BIDI_DIRECTION_RTL;
-  evas_object_del(label);
-  return is_right_to_left;
-}
-
-Evas_Object* Canvas::Nested(const std::string& part) const {
-  return edje_object_part_exists(m_page, part.c_str()) != EINA_FALSE
-             ? edje_object_part_swallow_get(m_page, part.c_str())
-             : nullptr;
-}
-
 void Canvas::SetLanguage(const std::string& locale) {
   m_font = FontFor(locale);
   edje_text_class_set(kTextClass, m_font.c_str(), kLayoutSize);
@@ -188,7 +182,7 @@ void Canvas::SetLanguage(const std::string& locale) {
 
 void Canvas::Show(const PageState& state) {
   SetText(m_page, "title", state.head().title);
-  Mirror(IsRightToLeft(state.head().title));
+  Mirror(IsRightToLeft(ecore_evas_get(m_window.get()), state.head().title));
   ShowRow("language", state.row(SettingId::kLanguage), state.focused() == SettingId::kLanguage);
   ShowRow("type", state.row(SettingId::kType), state.focused() == SettingId::kType);
   ShowHelp(state.head(), state.row(state.focused()).setting);
@@ -209,16 +203,16 @@ void Canvas::PrintOnce(const std::string& problem) {
 
 void Canvas::Mirror(bool is_mirrored) {
   edje_object_mirrored_set(m_page, is_mirrored ? EINA_TRUE : EINA_FALSE);
-  std::vector<Evas_Object*> objects = {m_page, m_list, Nested("language"), Nested("type")};
+  std::vector<Evas_Object*> objects = {m_page, m_list, row("language"), row("type")};
   objects.insert(objects.end(), m_choices.begin(), m_choices.end());
   for (Evas_Object* object : objects) {
     Switch(object, "mirrored", is_mirrored);
   }
 }
 
-void Canvas::ShowRow(const char* part, const Row& row, bool focused) {
-  Evas_Object* object = Nested(part);
-  const Setting& setting = row.setting;
+void Canvas::ShowRow(const char* part, const Row& content, bool focused) {
+  Evas_Object* object = row(part);
+  const Setting& setting = content.setting;
   const bool is_odd = setting.value && !setting.current;  // not one of the choices
   const std::string value = is_odd ? "" : setting.CurrentText().value_or(kNothing);
   SetText(object, "name", setting.has_list ? setting.name : "");
@@ -226,9 +220,9 @@ void Canvas::ShowRow(const char* part, const Row& row, bool focused) {
   SetText(object, "unusable", setting.has_list ? "" : setting.name);
   SetText(object, "unusable.value", setting.has_list ? "" : value);
   SetText(object, "odd", is_odd ? *setting.value : "");
-  Switch(object, "trouble", row.problem.has_value());
-  if (row.problem) {
-    PrintOnce(*row.problem);
+  Switch(object, "trouble", content.problem.has_value());
+  if (content.problem) {
+    PrintOnce(*content.problem);
   }
   Switch(object, "focus", focused);
 }
@@ -274,15 +268,14 @@ void Canvas::ShowList(const PageState& state) {
   }
   const Setting& setting = state.row(state.focused()).setting;
   const std::size_t count = setting.choices.size();
-  const std::size_t places = m_choices.size();
-  const std::size_t first = FirstShown(*focus, count, places);
+  const std::size_t first = FirstShown(*focus, count);
   SetText(m_list, "title", setting.name);
   SetText(m_list, "position",
           count == 0 ? "" : std::to_string(*focus + 1) + " / " + std::to_string(count));
   Switch(m_list, "trouble", count == 0);
   Switch(m_list, "above", first > 0);
-  Switch(m_list, "below", first + places < count);
-  for (std::size_t i = 0; i < places; ++i) {
+  Switch(m_list, "below", first + kPlaces < count);
+  for (std::size_t i = 0; i < kPlaces; ++i) {
     const std::size_t shown = first + i;
     SetText(m_choices[i], "text", shown < count ? setting.choices[shown].text : "");
     Switch(m_choices[i], "used", shown < count);

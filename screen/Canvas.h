@@ -60,20 +60,20 @@ class Canvas {
   // if the file cannot be written.
   void SavePicture(const std::string& file);
 
-  // For the check of texts and for tests: the page, the list, and nested objects of the page.
+  // For the check of texts and for tests: the page, the list, its choices, and the rows "language"
+  // and "type".
   Evas_Object* page() const { return m_page; }
   Evas_Object* list() const { return m_list; }
   Evas_Object* choice(std::size_t place) const { return m_choices[place]; }
-  Evas_Object* Nested(const std::string& part) const;
+  Evas_Object* row(const char* part) const { return edje_object_part_swallow_get(m_page, part); }
   Place help_text() const { return m_help_text; }
   bool has_help_image() const { return m_has_help_image; }  // valid after Show()
 
  private:
   void Resize();
   void Layout();
-  bool IsRightToLeft(const std::string& text) const;
   void Mirror(bool is_mirrored);
-  void ShowRow(const char* part, const Row& row, bool focused);
+  void ShowRow(const char* part, const Row& content, bool focused);
   void LoadHelp(const std::string& image);
   void ShowHelp(const PageHead& head, const Setting& setting);
   void ShowList(const PageState& state);

@@ -55,10 +55,7 @@ void SetFontOrder() {
 }
 
 std::string FontFor(const std::string& locale) {
-  FcChar8* name = FcLangNormalize(FcString(locale));  // keeps the country if fonts depend on it
-  std::string font = kPageFamily + std::string(":lang=") + reinterpret_cast<const char*>(name);
-  FcStrFree(name);
-  return font;
+  return kPageFamily + (":lang=" + locale.substr(0, locale.find('_')));
 }
 
 Fonts FontsOf(const std::string& font) {

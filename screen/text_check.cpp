@@ -45,7 +45,7 @@ class TextCheck {
     CheckText(state.head().title, {{m_canvas.page(), "title"}});
     for (const SettingId id : kSettingIds) {
       const Setting& setting = state.row(id).setting;
-      CheckText(setting.name, {{m_canvas.Nested("language"), "name"}, {m_canvas.list(), "title"}});
+      CheckText(setting.name, {{m_canvas.row("language"), "name"}, {m_canvas.list(), "title"}});
       CheckText(setting.help, {m_canvas.help_text()});
     }
     for (const Choice& choice : state.row(SettingId::kLanguage).setting.choices) {
@@ -57,7 +57,7 @@ class TextCheck {
   }
 
   void CheckChoice(const std::string& text) {
-    CheckText(text, {{m_canvas.Nested("language"), "value"}, {m_canvas.choice(0), "text"}});
+    CheckText(text, {{m_canvas.row("language"), "value"}, {m_canvas.choice(0), "text"}});
   }
 
   // The same problem of the same text in another interface language is not reported again.
@@ -110,12 +110,12 @@ class TextCheck {
       if (type == G_UNICODE_FORMAT || type == G_UNICODE_SPACE_SEPARATOR) {
         continue;
       }
-      const std::string shown =
-          " " + std::string(at, static_cast<const char*>(g_utf8_next_char(at)));
+      const std::string shown(at, static_cast<const char*>(g_utf8_next_char(at)));
       const FcPattern* font = FontWith(m_fonts, character);
       const bool is_mark = g_unichar_ismark(character) != FALSE;
-      missing += font == nullptr ? shown : "";
-      alone += is_mark && font != letter ? shown : "";
+      if (font == nullptr || (is_mark && font != letter)) {
+        (font == nullptr ? missing : alone).append(" ").append(shown);
+      }
       letter = is_mark ? letter : font;
     }
     if (!missing.empty()) {

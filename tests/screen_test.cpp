@@ -50,8 +50,8 @@ struct Screen {
 
   // The rows; then the list if it is open, and its choices with the focus or the mark.
   std::string Line() const {
-    std::string line = Described(canvas.Nested("language")) + " | ";
-    line += Described(canvas.Nested("type"));
+    std::string line = Described(canvas.row("language")) + " | ";
+    line += Described(canvas.row("type"));
     line += state.is_left()      ? " | left"
             : state.list_focus() ? " | " + Described(canvas.page()) + Described(canvas.list())
                                  : "";
@@ -101,7 +101,7 @@ TEST(Screen, FollowsTheRemoteControl) {
   tv.Press("^u-nn", open + "^v31 / 61 | 5>Japanese");
   tv.Press("e", ">Spanish | Latin American (no dead keys)");
   tv.Press("de", "Spanish | >Latin American (no dead keys) | left");
-  const Evas_Object* help = tv.canvas.Nested("help.layout");
+  const Evas_Object* help = tv.canvas.row("help.layout");
   EXPECT_STREQ(edje_object_part_text_get(help, "help"), "Set the type of the keyboard.");
 }
 
