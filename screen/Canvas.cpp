@@ -56,25 +56,24 @@ void StartEfl() {
   }
 }
 
+void EndWithoutDisplay(void* /*data*/) {
+  std::fputs("menu_screen: the connection to the display was lost\n", stderr);
+  std::_Exit(EXIT_FAILURE);
+}
+
+Eina_Bool Quit(void* /*data*/, int /*type*/, void* /*event*/) {
+  ecore_main_loop_quit();
+  return ECORE_CALLBACK_DONE;
+}
+
 // EFL falls back to a buffer if there is no display.
 Window OpenWindow() {
   Window window(ecore_evas_new(nullptr, 0, 0, 1, 1, nullptr));
   if (window == nullptr || ecore_evas_engine_name_get(window.get()) == std::string("buffer")) {
     throw HostError("no display found for a window; '--picture FILE.png' needs none");
   }
-  ecore_x_io_error_handler_set(
-      [](void*) {
-        std::fputs("menu_screen: the connection to the display was lost\n", stderr);
-        std::_Exit(EXIT_FAILURE);
-      },
-      nullptr);
-  ecore_event_handler_add(
-      ECORE_EVENT_SIGNAL_HUP,
-      [](void*, int, void*) {
-        ecore_main_loop_quit();
-        return ECORE_CALLBACK_DONE;
-      },
-      nullptr);
+  ecore_x_io_error_handler_set(EndWithoutDisplay, nullptr);
+  ecore_event_handler_add(ECORE_EVENT_SIGNAL_HUP, Quit, nullptr);
   return window;
 }
 

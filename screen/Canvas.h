@@ -21,10 +21,8 @@ struct EcoreEvasDeleter {
 };
 using Window = std::unique_ptr<Ecore_Evas, EcoreEvasDeleter>;
 
-enum class Target {
-  kWindow,
-  kBuffer,  // needs no display; lists open without an animation
-};
+// A buffer needs no display. In a buffer, lists open without an animation.
+enum class Target { kWindow, kBuffer };
 
 // The place of a text: a part of an object of the layout.
 struct Place {

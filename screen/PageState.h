@@ -10,17 +10,8 @@
 
 #include "KeyboardPage.h"
 
-enum class RemoteKey {
-  kUp,
-  kDown,
-  kReturn,
-  kBack,
-  kToPage,  // towards the page, which closes a list
-  kPageUp,
-  kPageDown,
-  kFirst,
-  kLast,
-};
+// kToPage points towards the page, which closes a list. kFirst and kLast move within a list.
+enum class RemoteKey { kUp, kDown, kReturn, kBack, kToPage, kPageUp, kPageDown, kFirst, kLast };
 
 struct Row {
   Setting setting;

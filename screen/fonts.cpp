@@ -1,20 +1,16 @@
 #include "fonts.h"
 
 #include <array>
+#include <utility>
 
 namespace {
 
 constexpr char kPageFamily[] = "MenuScreen";  // only these rules know this name
 constexpr char kLatin[] = "Noto Sans";        // also for Cyrillic and Greek
 
-struct Script {
-  const char* language;
-  const char* family;
-};
-
 // The fonts of other scripts. Without this table, a letter can come from a font that lacks the
 // marks of its script, such as vowel signs.
-constexpr std::array kScripts = std::to_array<Script>({
+constexpr std::array kScripts = std::to_array<std::pair<const char*, const char*>>({
     {"am", "Noto Sans Ethiopic"},
     {"ar", "Noto Sans Arabic"},
     {"fa", "Noto Sans Arabic"},
@@ -47,9 +43,9 @@ std::string Rule(const std::string& condition, const std::string& families) {
 
 void SetFontOrder() {
   std::string rules = "<fontconfig>" + Rule("", Family(kLatin));
-  for (const Script& script : kScripts) {
-    rules += Rule("<test name='lang' compare='contains'>" + Family(script.language) + "</test>",
-                  Family(script.family));
+  for (const auto& [language, family] : kScripts) {
+    rules += Rule("<test name='lang' compare='contains'>" + Family(language) + "</test>",
+                  Family(family));
   }
   FcConfigParseAndLoadFromMemory(FcConfigGetCurrent(), FcString(rules + "</fontconfig>"), FcTrue);
 }
