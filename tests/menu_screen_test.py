@@ -76,6 +76,16 @@ class MenuScreenTest(unittest.TestCase):
         self.assertIn("database is locked", done.stderr)
         self.assertLess(seconds[1] - seconds[0], 1)
 
+    def test_reports_problems(self):
+        with contextlib.closing(sqlite3.connect(self.folder / "registry.db")) as registry:
+            registry.execute("CREATE TABLE registry (key TEXT PRIMARY KEY, value TEXT NOT NULL)")
+            registry.execute("INSERT INTO registry VALUES ('db/ime/keyboard_language_name', 'xx_XX')")
+            registry.commit()
+        (self.folder / RESOURCES).mkdir(parents=True)
+        errors = self.screen("--root", self.folder, "--picture", self.folder / "page.png").stderr
+        for words in ("'xx_XX' is not a choice", "cannot show the help image"):
+            self.assertIn(words, errors)
+
 
 @unittest.skipUnless(all(map(shutil.which, ("Xvfb", "xdotool", "import", "compare"))),
                      "Xvfb, xdotool or ImageMagick is missing")
@@ -134,6 +144,43 @@ class WindowTest(unittest.TestCase):
             self.assert_shows()
             self.hold("Escape", 0)
             self.assertEqual(window.wait(60), 0)
+
+    def assert_stores(self, value):
+        end = time.monotonic() + 10
+        while value not in self.tool(MENU_SCREEN.parent / "menu_host").stdout:
+            self.assertLess(time.monotonic(), end, value)
+
+    def test_keys_choose_and_store(self):
+        registry = self.folder / "registry.db"
+        for language, to_page in (("en", "Left"), ("ar", "Right")):
+            registry.unlink(missing_ok=True)
+            with self.window("--ui-language", language) as window:
+                for keys, stored in (
+                        ("Down Return Return", "ko_KR"),  # types need a stored language
+                        (f"Return Down {to_page} Return KP_Enter", "ko_KR"),
+                        ("Return Down Down Return", "es_MX"),
+                        ("Down Return Down Return", "es_MX.latam_nodeadkeys_ibm105"),
+                        ("Up Return End Down Return", "km_KH"),
+                        ("Return Prior Return", "sw_KE"),
+                        ("Return XF86ChannelUp XF86ChannelDown Next Return", "km_KH"),
+                        ("Return Home Up Next Return", "fi_FI")):
+                    self.tool("xdotool", "key", "--delay", "50", *keys.split())
+                    self.assert_stores(stored)
+                window.terminate()
+
+    def test_a_failed_choice_keeps_the_list_open(self):
+        with self.window() as window:
+            self.hold("Return", 0)
+            self.assert_shows("--open", "language")
+            with contextlib.closing(sqlite3.connect(self.folder / "registry.db")) as registry:
+                registry.execute("CREATE TABLE registry (key TEXT PRIMARY KEY, value TEXT NOT NULL)")
+                registry.execute("BEGIN EXCLUSIVE")
+                self.hold("Return", 0)
+                while "menu_screen: cannot read" not in (line := window.stderr.readline()):
+                    self.assertTrue(line)
+            self.hold("Return", 0)
+            self.assert_stores("ko_KR")
+            window.terminate()
 
     def test_ends_with_the_window_the_session_and_the_display(self):
         destroy = "xdotool search --name menu_screen windowclose".split()
