@@ -4,13 +4,16 @@
 #include <cstdio>
 #include <cstdlib>
 #include <map>
+#include <string_view>
 
+#include <Ecore_X.h>
 #include <Efreet.h>
 #include <glib.h>
 
 #include "error.h"
 #include "fonts.h"
 #include "platform_setup.h"
+#include "temporary.h"
 #include "text.h"
 
 namespace {
@@ -19,12 +22,17 @@ constexpr char kNothing[] = "\u2014";      // an em dash
 constexpr char kTextClass[] = "text";      // of the page
 constexpr char kHelpTextClass[] = "help";  // of the help layout
 constexpr int kLayoutSize = -100;          // 100 percent of the size in the layout
+constexpr std::size_t kPlaces = 10;        // for choices
+constexpr std::string_view kPngEnd = "IEND\xAE\x42\x60\x82";
 
 const std::map<std::string, RemoteKey> kKeys = {  // the names of X11
     {"Up", RemoteKey::kUp},         {"Down", RemoteKey::kDown},
     {"Return", RemoteKey::kReturn}, {"KP_Enter", RemoteKey::kReturn},
     {"Select", RemoteKey::kReturn}, {"Escape", RemoteKey::kBack},
-    {"XF86Back", RemoteKey::kBack}, {"BackSpace", RemoteKey::kBack}};
+    {"XF86Back", RemoteKey::kBack}, {"BackSpace", RemoteKey::kBack},
+    {"Prior", RemoteKey::kPageUp},  {"XF86ChannelUp", RemoteKey::kPageUp},
+    {"Next", RemoteKey::kPageDown}, {"XF86ChannelDown", RemoteKey::kPageDown},
+    {"Home", RemoteKey::kFirst},    {"End", RemoteKey::kLast}};
 
 // Null for other keys. The list is on the side towards which the page is read.
 std::optional<RemoteKey> RemoteKeyOf(const std::string& name, bool is_mirrored) {
@@ -36,24 +44,36 @@ std::optional<RemoteKey> RemoteKeyOf(const std::string& name, bool is_mirrored) 
 }
 
 void StartEfl() {
+  // EFL prints a stack trace with each error. This program reports errors itself.
+  setenv("EINA_LOG_LEVEL", std::to_string(EINA_LOG_LEVEL_CRITICAL).c_str(), 0);
   // A television's page needs neither session services nor desktop menus.
   ecore_app_no_system_modules();
   setenv("XDG_RUNTIME_DIR", g_get_tmp_dir(), 0);  // EFL ends the process if it cannot create one
   efreet_cache_disable();
+  SetFontOrder();
   if (ecore_evas_init() == 0 || edje_init() == 0) {
     throw HostError("cannot start EFL");
   }
 }
 
+void EndWithoutDisplay(void* /*data*/) {
+  std::fputs("menu_screen: the connection to the display was lost\n", stderr);
+  std::_Exit(EXIT_FAILURE);
+}
+
+Eina_Bool Quit(void* /*data*/, int /*type*/, void* /*event*/) {
+  ecore_main_loop_quit();
+  return ECORE_CALLBACK_DONE;
+}
+
 // EFL falls back to a buffer if there is no display.
 Window OpenWindow() {
-  // Debian's EFL logs an error for each display engine that it does not have.
-  eina_log_domain_level_set("eina_safety", EINA_LOG_LEVEL_CRITICAL);
   Window window(ecore_evas_new(nullptr, 0, 0, 1, 1, nullptr));
-  eina_log_domain_level_set("eina_safety", EINA_LOG_LEVEL_ERR);
   if (window == nullptr || ecore_evas_engine_name_get(window.get()) == std::string("buffer")) {
     throw HostError("no display found for a window; '--picture FILE.png' needs none");
   }
+  ecore_x_io_error_handler_set(EndWithoutDisplay, nullptr);
+  ecore_event_handler_add(ECORE_EVENT_SIGNAL_HUP, Quit, nullptr);
   return window;
 }
 
@@ -63,28 +83,26 @@ void Call(void* canvas, Evas* /*evas*/, Evas_Object* /*object*/, void* event) {
 }
 
 void SetText(Evas_Object* object, const std::string& part, const std::string& text) {
-  edje_object_part_text_set(object, part.c_str(), text.c_str());
+  edje_object_part_text_unescaped_set(object, part.c_str(), text.c_str());
 }
 
 void Switch(Evas_Object* object, const char* signal, bool is_on) {
   edje_object_signal_emit(object, signal, is_on ? "on" : "off");
 }
 
-std::string ChoicePart(std::size_t index) { return "choice." + std::to_string(index); }
+bool IsRightToLeft(Evas* evas, const std::string& text) {
+  Evas_Object* label = evas_object_text_add(evas);
+  evas_object_text_font_set(label, "Sans", 10);
+  evas_object_text_text_set(label, text.c_str());
+  const bool is_right_to_left = evas_object_text_direction_get(label) == EVAS_BIDI_DIRECTION_RTL;
+  evas_object_del(label);
+  return is_right_to_left;
+}
 
 // Returns the first visible choice. The list scrolls with its focus in the middle.
-std::size_t FirstShown(std::size_t focused, std::size_t count, std::size_t places) {
-  const std::size_t before = focused - std::min(focused, places / 2);
-  return std::min(before, count - std::min(count, places));
-}
-
-bool LoadLayout(Evas_Object* help, const std::string& file) {
-  return edje_object_file_set(help, file.c_str(), "help") != EINA_FALSE;
-}
-
-bool LoadImage(Evas_Object* help, const std::string& file) {
-  evas_object_image_file_set(help, file.c_str(), nullptr);
-  return evas_object_image_load_error_get(help) == EVAS_LOAD_ERROR_NONE;
+std::size_t FirstShown(std::size_t focused, std::size_t count) {
+  const std::size_t before = focused - std::min(focused, kPlaces / 2);
+  return std::min(before, count - std::min(count, kPlaces));
 }
 
 }  // namespace
@@ -99,8 +117,10 @@ Canvas::Canvas(Target target, const std::string& layout) {
     throw HostError("cannot use the layout " + Quoted(layout) + ": " +
                     edje_load_error_str(edje_object_load_error_get(m_page)));
   }
-  while (Evas_Object* choice = Nested(ChoicePart(m_choices.size()))) {
-    m_choices.push_back(choice);
+  m_list = edje_object_part_swallow_get(m_page, "list");
+  for (std::size_t i = 0; i < kPlaces; ++i) {
+    const std::string part = "choice." + std::to_string(i);
+    m_choices.push_back(edje_object_part_swallow_get(m_list, part.c_str()));
   }
   edje_object_size_min_get(m_page, &m_width, &m_height);
   ecore_evas_resize(m_window.get(), m_width, m_height);
@@ -110,6 +130,15 @@ Canvas::Canvas(Target target, const std::string& layout) {
   });
   ecore_evas_callback_delete_request_set(m_window.get(),
                                          [](Ecore_Evas*) { ecore_main_loop_quit(); });
+  // Another program destroyed the window. EFL frees it after this call.
+  ecore_evas_callback_destroy_set(m_window.get(), [](Ecore_Evas* window) {
+    static_cast<Canvas*>(ecore_evas_data_get(window, "canvas"))->m_window.release();
+    ecore_main_loop_quit();
+  });
+  // The release of a key that is held now goes to another window.
+  ecore_evas_callback_focus_out_set(m_window.get(), [](Ecore_Evas* window) {
+    static_cast<Canvas*>(ecore_evas_data_get(window, "canvas"))->m_held.clear();
+  });
   evas_object_event_callback_add(m_page, EVAS_CALLBACK_KEY_DOWN,
                                  Call<Evas_Event_Key_Down, &Canvas::Press>, this);
   evas_object_event_callback_add(m_page, EVAS_CALLBACK_KEY_UP,
@@ -134,12 +163,15 @@ void Canvas::Resize() {
   edje_object_scale_set(m_page, std::min(static_cast<double>(width) / m_width,
                                          static_cast<double>(height) / m_height));
   evas_object_resize(m_page, width, height);
+  Layout();
 }
 
-Evas_Object* Canvas::Nested(const std::string& part) const {
-  return edje_object_part_exists(m_page, part.c_str()) != EINA_FALSE
-             ? edje_object_part_swallow_get(m_page, part.c_str())
-             : nullptr;
+// The help layout sets its text sizes when it is resized, and this takes effect in the second step.
+void Canvas::Layout() {
+  for (int step = 0; step < 2; ++step) {
+    edje_object_calc_force(m_page);
+    edje_message_signal_process();
+  }
 }
 
 void Canvas::SetLanguage(const std::string& locale) {
@@ -149,16 +181,12 @@ void Canvas::SetLanguage(const std::string& locale) {
 
 void Canvas::Show(const PageState& state) {
   SetText(m_page, "title", state.title());
-  const auto* title = edje_object_part_object_get(m_page, "title");
-  const bool is_mirrored = evas_object_text_direction_get(title) == EVAS_BIDI_DIRECTION_RTL;
-  edje_object_mirrored_set(m_page, is_mirrored ? EINA_TRUE : EINA_FALSE);
-  Switch(m_page, "mirrored", is_mirrored);  // Edje broadcasts it to the nested objects
+  Mirror(IsRightToLeft(ecore_evas_get(m_window.get()), state.title()));
   ShowRow("language", state.row(SettingId::kLanguage), state.focused() == SettingId::kLanguage);
   ShowRow("type", state.row(SettingId::kType), state.focused() == SettingId::kType);
-  const Setting& focused = state.row(state.focused()).setting;
-  ShowHelp(state.help_image(), focused);
-  ShowList(state.list_focus(), focused);
-  edje_message_signal_process();
+  ShowHelp(state.help_image(), state.row(state.focused()).setting);
+  ShowList(state);
+  Layout();
 }
 
 void Canvas::Control(PageState& state) {
@@ -172,34 +200,52 @@ void Canvas::PrintOnce(const std::string& problem) {
   }
 }
 
-void Canvas::ShowRow(const char* part, const Row& row, bool focused) {
-  Evas_Object* object = Nested(part);
-  const Setting& setting = row.setting;
-  SetText(object, "name", setting.name);
+void Canvas::Mirror(bool is_mirrored) {
+  edje_object_mirrored_set(m_page, is_mirrored ? EINA_TRUE : EINA_FALSE);
+  std::vector<Evas_Object*> objects = {m_page, m_list, row("language"), row("type")};
+  objects.insert(objects.end(), m_choices.begin(), m_choices.end());
+  for (Evas_Object* object : objects) {
+    Switch(object, "mirrored", is_mirrored);
+  }
+}
+
+void Canvas::ShowRow(const char* part, const Row& content, bool focused) {
+  Evas_Object* object = row(part);
+  const Setting& setting = content.setting;
   const bool is_odd = setting.value && !setting.current;  // not one of the choices
-  SetText(object, "value", is_odd ? "" : setting.CurrentText().value_or(kNothing));
+  const std::string value = is_odd ? "" : setting.CurrentText().value_or(kNothing);
+  SetText(object, "name", setting.has_list ? setting.name : "");
+  SetText(object, "value", setting.has_list ? value : "");
+  SetText(object, "unusable", setting.has_list ? "" : setting.name);
+  SetText(object, "unusable.value", setting.has_list ? "" : value);
   SetText(object, "odd", is_odd ? *setting.value : "");
-  Switch(object, "trouble", row.problem.has_value());
-  if (row.problem) {
-    PrintOnce(*row.problem);
+  Switch(object, "trouble", content.problem.has_value());
+  if (content.problem) {
+    PrintOnce(*content.problem);
   }
   Switch(object, "focus", focused);
 }
 
 void Canvas::LoadHelp(const std::string& image) {
+  const bool has_layout = image.ends_with(".edj");
   const std::string file = LocateFile(image);
   RefuseSpecialFile(file);
-  const bool is_layout = image.ends_with(".edj");
   Evas* evas = ecore_evas_get(m_window.get());
-  m_help = is_layout ? edje_object_add(evas) : evas_object_image_filled_add(evas);
-  m_has_help_image = is_layout ? LoadLayout(m_help, file) : LoadImage(m_help, file);
+  m_help = has_layout ? edje_object_add(evas) : evas_object_image_filled_add(evas);
+  if (has_layout) {
+    m_has_help_image = edje_object_file_set(m_help, file.c_str(), "help") != EINA_FALSE;
+  } else {
+    evas_object_image_file_set(m_help, file.c_str(), nullptr);
+    m_has_help_image = evas_object_image_load_error_get(m_help) == EVAS_LOAD_ERROR_NONE;
+  }
   if (!m_has_help_image) {
     PrintOnce("cannot show the help image " + Quoted(file));
   }
   Switch(m_page, "help.trouble", !m_has_help_image);
-  const bool has_own_text = is_layout && m_has_help_image;
-  edje_object_part_swallow(m_page, has_own_text ? "help.layout" : "help.picture", m_help);
-  m_help_text = has_own_text ? Place{m_help, "help"} : Place{m_page, "help.text"};
+  edje_object_part_swallow(m_page, has_layout && m_has_help_image ? "help.layout" : "help.picture",
+                           m_help);
+  m_help_text = has_layout && m_has_help_image ? Place{m_help, "help", false}
+                                               : Place{m_page, "help.text", false};
 }
 
 void Canvas::ShowHelp(const std::string& image, const Setting& setting) {
@@ -209,49 +255,51 @@ void Canvas::ShowHelp(const std::string& image, const Setting& setting) {
   if (m_help_text.object == m_help) {
     edje_object_text_class_set(m_help, kHelpTextClass, m_font.c_str(), kLayoutSize);
     edje_object_signal_emit(m_help, "language", "");
-    SetText(m_help, "title", setting.name);
   }
-  ShowHelpText(setting.help);
+  SetText(m_help_text.object, m_help_text.part, setting.help);
 }
 
-void Canvas::ShowHelpText(const std::string& text) const {
-  edje_object_part_text_unescaped_set(m_help_text.object, m_help_text.part, text.c_str());
-}
-
-void Canvas::ShowList(std::optional<std::size_t> focus, const Setting& setting) {
+void Canvas::ShowList(const PageState& state) {
+  const std::optional<std::size_t>& focus = state.list_focus();
   const std::string moves = m_slides ? "slide," : "";
   edje_object_signal_emit(m_page, "list", (moves + (focus ? "on" : "off")).c_str());
   if (!focus) {
     return;
   }
+  const Setting& setting = state.row(state.focused()).setting;
   const std::size_t count = setting.choices.size();
-  const std::size_t first = FirstShown(*focus, count, m_choices.size());
-  SetText(m_page, "list.title", setting.name);
-  SetText(m_page, "list.position",
+  const std::size_t first = FirstShown(*focus, count);
+  SetText(m_list, "title", setting.name);
+  SetText(m_list, "position",
           count == 0 ? "" : std::to_string(*focus + 1) + " / " + std::to_string(count));
-  Switch(m_page, "list.trouble", count == 0);
-  Switch(m_page, "list.above", first > 0);
-  Switch(m_page, "list.below", first + m_choices.size() < count);
-  for (std::size_t i = 0; i < m_choices.size(); ++i) {
+  Switch(m_list, "trouble", count == 0);
+  Switch(m_list, "above", first > 0);
+  Switch(m_list, "below", first + kPlaces < count);
+  for (std::size_t i = 0; i < kPlaces; ++i) {
     const std::size_t shown = first + i;
     SetText(m_choices[i], "text", shown < count ? setting.choices[shown].text : "");
+    Switch(m_choices[i], "used", shown < count);
     Switch(m_choices[i], "focus", shown < count && shown == focus);
+    Switch(m_choices[i], "trouble", shown < count && shown == state.failed());
     Switch(m_choices[i], "mark", shown < count && shown == setting.current);
   }
 }
 
-void Canvas::Release(const Evas_Event_Key_Up& event) { m_released = {event.key, event.timestamp}; }
+void Canvas::Release(const Evas_Event_Key_Up& event) {
+  m_held.erase(event.keyname);
+  m_released = {event.keyname, event.timestamp};
+}
 
 void Canvas::Press(const Evas_Event_Key_Down& event) {
-  const std::string name = event.key;
   const bool is_mirrored = edje_object_mirrored_get(m_page) != EINA_FALSE;
-  const std::optional<RemoteKey> key = RemoteKeyOf(name, is_mirrored);
-  if (m_state == nullptr || !key) {
-    return;
-  }
-  // X11 repeats a held key as a release and a press at the same time. Only Up and Down repeat.
-  const bool is_held = m_released == std::pair(name, event.timestamp);
-  if (is_held && key != RemoteKey::kUp && key != RemoteKey::kDown) {
+  const std::optional<RemoteKey> key = RemoteKeyOf(event.key, is_mirrored);
+  // A held key repeats as presses without a release, or as a release and a press at the same time.
+  // Only Up and Down repeat.
+  const bool is_repeated =
+      !m_held.insert(event.keyname).second ||
+      m_released == std::pair<std::string, unsigned int>(event.keyname, event.timestamp);
+  const bool may_repeat = key == RemoteKey::kUp || key == RemoteKey::kDown;
+  if (m_state == nullptr || !key || (is_repeated && !may_repeat)) {
     return;
   }
   m_state->Press(*key);
@@ -261,6 +309,7 @@ void Canvas::Press(const Evas_Event_Key_Down& event) {
   }
 }
 
+// EFL does not notice that a disk is full, so it writes a temporary file.
 void Canvas::SavePicture(const std::string& file) {
   ecore_evas_manual_render(m_window.get());
   Evas_Object* picture = evas_object_image_filled_add(ecore_evas_get(m_window.get()));
@@ -268,9 +317,19 @@ void Canvas::SavePicture(const std::string& file) {
   evas_object_image_alpha_set(picture, EINA_FALSE);
   void* pixels = const_cast<void*>(ecore_evas_buffer_pixels_get(m_window.get()));
   evas_object_image_data_set(picture, pixels);
-  const bool is_saved = evas_object_image_save(picture, file.c_str(), nullptr, "compress=9") != 0;
+  const TemporaryFolder folder;
+  const std::string drawn = folder.PathOf("page.png");
+  evas_object_image_save(picture, drawn.c_str(), nullptr, "compress=9");
   evas_object_del(picture);
-  if (!is_saved) {
-    throw HostError("cannot write the picture " + Quoted(file));
+  g_autoptr(GError) error = nullptr;
+  g_autofree gchar* contents = nullptr;
+  gsize size = 0;
+  if (g_file_get_contents(drawn.c_str(), &contents, &size, &error) == FALSE ||
+      !std::string_view(contents, size).ends_with(kPngEnd)) {
+    throw HostError("cannot draw the picture in " + Quoted(drawn) +
+                    "; free space there, or set TMPDIR to another folder");
+  }
+  if (g_file_set_contents(file.c_str(), contents, static_cast<gssize>(size), &error) == FALSE) {
+    throw HostError("cannot write the picture " + Quoted(file) + ": " + error->message);
   }
 }

@@ -1,11 +1,18 @@
 #include "PageState.h"
 
-#include <vector>
+#include <algorithm>
+#include <iterator>
+#include <map>
 
 #include "registry_admin.h"
 #include "text.h"
 
 namespace {
+
+// How many choices a key moves the focus. No list is as long as the steps of kFirst and kLast.
+const std::map<RemoteKey, std::ptrdiff_t> kSteps = {
+    {RemoteKey::kUp, -1},       {RemoteKey::kDown, 1},       {RemoteKey::kPageUp, -10},
+    {RemoteKey::kPageDown, 10}, {RemoteKey::kFirst, -10000}, {RemoteKey::kLast, 10000}};
 
 Row ReadRow(const KeyboardPage& page, SettingId id) {
   Row row = {page.ReadSetting(id), WhyUnreadable(KeyOf(id))};
@@ -13,6 +20,8 @@ Row ReadRow(const KeyboardPage& page, SettingId id) {
   const bool needs_choices = id == SettingId::kLanguage || row.setting.value;
   if (!row.problem && needs_choices && row.setting.choices.empty()) {
     row.problem = "no choices for " + Quoted(KeyOf(id));
+  } else if (!row.problem && row.setting.value && !row.setting.current) {
+    row.problem = Quoted(*row.setting.value) + " is not a choice for " + Quoted(KeyOf(id));
   }
   return row;
 }
@@ -30,13 +39,7 @@ void PageState::ReadRows() {
   }
 }
 
-void PageState::Press(RemoteKey key) {
-  if (m_list_focus) {
-    PressOnList(key, *m_list_focus);
-  } else {
-    PressOnPage(key);
-  }
-}
+void PageState::Press(RemoteKey key) { m_list_focus ? PressOnList(key) : PressOnPage(key); }
 
 void PageState::PressOnPage(RemoteKey key) {
   if (key == RemoteKey::kReturn) {
@@ -47,31 +50,44 @@ void PageState::PressOnPage(RemoteKey key) {
   m_is_left = key == RemoteKey::kBack;
 }
 
-void PageState::PressOnList(RemoteKey key, std::size_t& focus) {
-  const std::vector<Choice> choices = row(m_focused).setting.choices;
-  if (key == RemoteKey::kUp) {
-    focus -= focus > 0 ? 1 : 0;
-  } else if (key == RemoteKey::kDown) {
-    focus += focus + 1 < choices.size() ? 1 : 0;
+void PageState::PressOnList(RemoteKey key) {
+  const std::ptrdiff_t count = std::ssize(row(m_focused).setting.choices);
+  const auto step = kSteps.find(key);
+  if (step != kSteps.end()) {
+    const std::ptrdiff_t moved = static_cast<std::ptrdiff_t>(*m_list_focus) + step->second;
+    m_list_focus = std::max<std::ptrdiff_t>(std::min(moved, count - 1), 0);
+  } else if (key == RemoteKey::kReturn && count > 0) {
+    StoreFocused();
   } else {
-    if (key == RemoteKey::kReturn && !choices.empty()) {
-      Store(choices[focus].value);
-    }
-    m_list_focus.reset();
+    Close();
   }
 }
 
 // Reads the rows again, because another program may have changed the registry.
 void PageState::Open() {
   ReadRows();
+  if (!row(m_focused).setting.has_list) {
+    Focus(SettingId::kLanguage);
+  }
   m_list_focus = row(m_focused).setting.current.value_or(0);
 }
 
-void PageState::Store(const std::string& value) {
-  m_page.Store(m_focused, value);
+void PageState::Close() {
+  m_list_focus.reset();
+  m_failed.reset();
   ReadRows();
-  Row& stored = m_rows[static_cast<std::size_t>(m_focused)];
-  if (!stored.problem && stored.setting.value != value) {
-    stored.problem = Quoted(value) + " was not stored";
+}
+
+// The list stays open if the choice was not stored. Its choices stay too, because a registry that
+// cannot be read has none.
+void PageState::StoreFocused() {
+  const std::string value = row(m_focused).setting.choices[*m_list_focus].value;
+  m_page.Store(m_focused, value);
+  const Row stored = ReadRow(m_page, m_focused);
+  if (stored.setting.value == value) {
+    return Close();
   }
+  m_failed = m_list_focus;
+  m_rows[static_cast<std::size_t>(m_focused)].problem =
+      stored.problem.value_or(Quoted(value) + " was not stored");
 }

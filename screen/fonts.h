@@ -7,19 +7,22 @@
 
 #include <fontconfig/fontconfig.h>
 
-struct FontconfigDeleter {
-  void operator()(FcPattern* pattern) const { FcPatternDestroy(pattern); }
-  void operator()(FcCharSet* characters) const { FcCharSetDestroy(characters); }
-};
-using FontPattern = std::unique_ptr<FcPattern, FontconfigDeleter>;
-using Characters = std::unique_ptr<FcCharSet, FontconfigDeleter>;
+// Tells fontconfig the order of the page's fonts, for each language and for this process.
+void SetFontOrder();
 
-// Returns the best font for the language of `locale`, in the form "ko_KR" or "ko", as Evas expects
-// it: "Noto Sans Khmer:lang=km". With "Sans" alone, Evas takes the line height from another font
-// and cuts deep characters.
+// Returns the font for the language of `locale`, in the form "ko_KR" or "ko", as Evas expects it:
+// "MenuScreen:lang=ko". It has no space, because a space would end it in a text block's style.
 std::string FontFor(const std::string& locale);
 
-// Returns the characters that at least one installed font has.
-Characters InstalledCharacters();
+struct FontSetDeleter {
+  void operator()(FcFontSet* fonts) const { FcFontSetDestroy(fonts); }
+};
+using Fonts = std::unique_ptr<FcFontSet, FontSetDeleter>;
+
+// Returns the fonts that Evas tries for each character, in this order. `font` is as above.
+Fonts FontsOf(const std::string& font);
+
+// Returns the first font that has the character; null if there is none.
+const FcPattern* FontWith(const Fonts& fonts, FcChar32 character);
 
 #endif

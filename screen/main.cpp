@@ -35,7 +35,7 @@ std::string CheckPictureName(const std::string& file) {
 bool ParseCommandLine(int argc, const char* const* argv, Options& options) {
   CLI::App app(
       "Shows the keyboard settings page as on a television.\n"
-      "Keys: Up, Down, Return, Escape.",
+      "Keys: Up, Down, Page Up, Page Down, Home, End, Return, Escape.",
       "menu_screen");
   AddHostOptions(app, MENU_SCREEN_VERSION, options);
   CLI::Option* picture =

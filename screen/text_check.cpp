@@ -39,14 +39,15 @@ class TextCheck {
     FindCatalogue(language);  // throws HostError if it is damaged
     UseUiLanguage(language);
     m_canvas.SetLanguage(language);
-    const PageState state(m_page);
+    m_fonts = FontsOf(FontFor(language));
+    PageState state(m_page);
+    state.Open();  // gives the parts of the list their sizes
     m_canvas.Show(state);
     CheckText(state.title(), {{m_canvas.page(), "title"}});
     for (const SettingId id : kSettingIds) {
       const Setting& setting = state.row(id).setting;
-      CheckText(setting.name,
-                {{m_canvas.Nested("language"), "name"}, {m_canvas.page(), "list.title"}});
-      CheckHelp(setting.help);
+      CheckText(setting.name, {{m_canvas.row("language"), "name"}, {m_canvas.list(), "title"}});
+      CheckText(setting.help, {m_canvas.help_text()});
     }
     for (const Choice& choice : state.row(SettingId::kLanguage).setting.choices) {
       CheckChoice(choice.text);
@@ -57,8 +58,7 @@ class TextCheck {
   }
 
   void CheckChoice(const std::string& text) {
-    CheckText(text,
-              {{m_canvas.Nested("language"), "value"}, {m_canvas.Nested("choice.0"), "text"}});
+    CheckText(text, {{m_canvas.row("language"), "value"}, {m_canvas.choice(0), "text"}});
   }
 
   // The same problem of the same text in another interface language is not reported again.
@@ -75,30 +75,27 @@ class TextCheck {
       Add(text, place.part,
           "is " + std::to_string(size) + " px " + direction + " in '" + place.part +
               "', which has room for " + std::to_string(room),
-          "shorten it");
+          "shorten it, or choose a lower font");
     }
   }
 
+  // A line of a text block is as high as the highest of its fonts.
   void CheckText(const std::string& text, const std::vector<Place>& places) {
     CheckCharacters(text);
     for (const Place& place : places) {
-      int room = 0;
-      edje_object_part_geometry_get(place.object, place.part, nullptr, nullptr, &room, nullptr);
-      CheckSize(text, place, "wide", WidthAt(place, text), room);
+      edje_object_part_text_unescaped_set(place.object, place.part, text.c_str());
+      edje_object_calc_force(place.object);
+      int width = 0;
+      int height = 0;
+      edje_object_part_geometry_get(place.object, place.part, nullptr, nullptr, &width, &height);
+      const auto* block = edje_object_part_object_get(place.object, place.part);
+      int drawn_width = 0;
+      int drawn_height = 0;
+      place.is_line ? evas_object_textblock_size_native_get(block, &drawn_width, &drawn_height)
+                    : evas_object_textblock_size_formatted_get(block, nullptr, &drawn_height);
+      CheckSize(text, place, "wide", drawn_width, width);
+      CheckSize(text, place, "high", drawn_height, height);
     }
-  }
-
-  void CheckHelp(const std::string& text) {
-    CheckCharacters(text);
-    const Place place = m_canvas.help_text();
-    m_canvas.ShowHelpText(text);
-    edje_object_calc_force(place.object);
-    int room = 0;
-    int height = 0;
-    edje_object_part_geometry_get(place.object, place.part, nullptr, nullptr, nullptr, &room);
-    evas_object_textblock_size_formatted_get(edje_object_part_object_get(place.object, place.part),
-                                             nullptr, &height);
-    CheckSize(text, place, "high", height, room);
   }
 
   void CheckCharacters(const std::string& text) {
@@ -106,37 +103,35 @@ class TextCheck {
       return Add(text, "characters", "is not UTF-8", "fix it");
     }
     std::string missing;
+    std::string alone;  // marks such as vowel signs, whose letter is in another font
+    const FcPattern* letter = nullptr;
     for (const char* at = text.c_str(); *at != '\0'; at = g_utf8_next_char(at)) {
       const gunichar character = g_utf8_get_char(at);
       const GUnicodeType type = g_unichar_type(character);
-      const bool is_drawn = type != G_UNICODE_FORMAT && type != G_UNICODE_SPACE_SEPARATOR;
-      if (is_drawn && FcCharSetHasChar(m_characters.get(), character) == FcFalse) {
-        missing.append(" ").append(at, static_cast<std::size_t>(g_utf8_next_char(at) - at));
+      if (type == G_UNICODE_FORMAT || type == G_UNICODE_SPACE_SEPARATOR) {
+        continue;
       }
+      const std::string shown(at, static_cast<const char*>(g_utf8_next_char(at)));
+      const FcPattern* font = FontWith(m_fonts, character);
+      const bool is_mark = g_unichar_ismark(character) != FALSE;
+      if (font == nullptr || (is_mark && font != letter)) {
+        (font == nullptr ? missing : alone).append(" ").append(shown);
+      }
+      letter = is_mark ? letter : font;
     }
     if (!missing.empty()) {
       Add(text, "characters", "has characters that no installed font has:" + missing,
           "install a font for them");
     }
-  }
-
-  static int WidthAt(const Place& place, const std::string& text) {
-    const Evas_Object* part = edje_object_part_object_get(place.object, place.part);
-    const char* font = nullptr;
-    Evas_Font_Size size = 0;
-    evas_object_text_font_get(part, &font, &size);
-    Evas_Object* measured = evas_object_text_add(evas_object_evas_get(place.object));
-    evas_object_text_font_set(measured, font, size);
-    evas_object_text_text_set(measured, text.c_str());
-    int width = 0;
-    evas_object_geometry_get(measured, nullptr, nullptr, &width, nullptr);
-    evas_object_del(measured);
-    return width;
+    if (!alone.empty()) {
+      Add(text, "marks", "has marks that are not in the font of their letters:" + alone,
+          "name a font that has both in fonts.cpp");
+    }
   }
 
   KeyboardPage& m_page;
   Canvas& m_canvas;
-  Characters m_characters = InstalledCharacters();
+  Fonts m_fonts;                               // of the interface language
   std::map<std::string, std::string> m_types;  // texts by type id
   std::string m_where;
   std::set<std::string> m_reported;

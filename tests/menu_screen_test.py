@@ -1,9 +1,13 @@
 """menu_screen as users run it: its check, a picture, and a window with keys pressed."""
 
+import contextlib
 import json
 import os
 import pathlib
+import resource
 import shutil
+import signal
+import sqlite3
 import subprocess
 import tempfile
 import time
@@ -23,7 +27,7 @@ class MenuScreenTest(unittest.TestCase):
     def screen(self, *arguments, status=0):
         environment = {**os.environ, "DISPLAY": "", "KVREG_FILE": str(self.folder / "registry.db")}
         done = subprocess.run([MENU_SCREEN, *arguments], capture_output=True, text=True, timeout=120,
-                              check=False, env=environment)
+                              check=False, env=environment, restore_signals=False)
         self.assertEqual(done.returncode, status, done)
         return done
 
@@ -49,39 +53,147 @@ class MenuScreenTest(unittest.TestCase):
             self.assertTrue(any(words in line for line in found), (words, found))
         self.assertNotIn("'Good'", done.stdout)
 
-    def test_draws_pictures_without_a_display(self):
-        drawn = {}
-        for opened in ("language", "type"):
-            picture = self.folder / f"{opened}.png"
-            self.screen("--open", opened, "--picture", picture)
-            drawn[opened] = picture.read_bytes()
-            self.assertEqual(drawn[opened][:24], b"\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\x07\x80\0\0\x048")
-            self.assertGreater(len(drawn[opened]), 20000)
-        self.assertNotEqual(*drawn.values())
-        done = self.screen("--picture", picture, "--registry", MENU_SCREEN)
-        self.assertEqual(done.stderr.count("menu_screen: cannot read 'db/ime/"), 2)
+    def test_draws_a_picture_without_a_display(self):
+        self.screen("--picture", picture := self.folder / "page.png")
+        drawn = picture.read_bytes()
+        self.assertEqual(drawn[:24], b"\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\x07\x80\0\0\x048")
         self.assertIn("no display", self.screen(status=1).stderr)
-        self.assertIn("cannot write the picture",
-                      self.screen("--picture", "/nowhere/page.png", status=1).stderr)
+        resource.setrlimit(resource.RLIMIT_FSIZE, (4000, resource.RLIM_INFINITY))  # a full disk
+        self.addCleanup(resource.setrlimit, resource.RLIMIT_FSIZE, (resource.RLIM_INFINITY,) * 2)
+        self.screen("--ui-language", "ko", "--picture", picture, status=1)
+        self.assertEqual(picture.read_bytes(), drawn)
 
-    @unittest.skipUnless(shutil.which("Xvfb") and shutil.which("xdotool"), "Xvfb or xdotool is missing")
-    def test_stores_a_choice_in_a_window_and_closes(self):
+    def test_waits_for_a_locked_registry_at_most_one_second(self):
+        seconds = []
+        with contextlib.closing(sqlite3.connect(self.folder / "registry.db")) as registry:
+            registry.execute("CREATE TABLE registry (key TEXT PRIMARY KEY, value TEXT NOT NULL)")
+            for lock in ("BEGIN", "BEGIN EXCLUSIVE"):
+                registry.execute(lock)
+                start = time.monotonic()
+                done = self.screen("--picture", self.folder / "page.png")
+                seconds.append(time.monotonic() - start)
+                registry.rollback()
+        self.assertIn("database is locked", done.stderr)
+        self.assertLess(seconds[1] - seconds[0], 1)
+
+    def test_reports_problems(self):
+        with contextlib.closing(sqlite3.connect(self.folder / "registry.db")) as registry:
+            registry.execute("CREATE TABLE registry (key TEXT PRIMARY KEY, value TEXT NOT NULL)")
+            registry.execute("INSERT INTO registry VALUES ('db/ime/keyboard_language_name', 'xx_XX')")
+            registry.commit()
+        shutil.copytree(ROOT / RESOURCES, self.folder / RESOURCES)
+        (self.folder / RESOURCES / "edje/help_morvith.edj").write_text("damaged")
+        errors = self.screen("--root", self.folder, "--picture", self.folder / "page.png").stderr
+        self.assertRegex(errors, "^menu_screen: 'xx_XX' is not a choice for .*\n"
+                                 "(menu_screen: .*\n)?menu_screen: cannot show the help image '.*'\n$")
+
+
+@unittest.skipUnless(all(map(shutil.which, ("Xvfb", "xdotool", "import", "compare"))),
+                     "Xvfb, xdotool or ImageMagick is missing")
+class WindowTest(unittest.TestCase):
+    def setUp(self):
+        self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
         read, write = os.pipe()
-        server = subprocess.Popen(["Xvfb", "-displayfd", str(write)], pass_fds=[write],
-                                  stderr=subprocess.DEVNULL)
-        self.addCleanup(server.wait)
-        self.addCleanup(server.terminate)
-        environment = {**os.environ, "DISPLAY": f":{os.read(read, 16).decode().strip()}"}
-        registry = self.folder / "registry.db"
-        with subprocess.Popen([MENU_SCREEN, "--registry", registry], env=environment) as window:
-            keys = "search --sync --name menu_screen windowfocus --sync key Return key Return"
-            subprocess.run(["xdotool", *keys.split()], env=environment, check=True, timeout=60,
-                           capture_output=True)
-            while not registry.exists() and window.poll() is None:
-                time.sleep(0.01)
-            subprocess.run(["xdotool", "key", "Escape"], env=environment, check=True, timeout=60)
+        screen = ["-displayfd", str(write), "-screen", "0", "1920x1080x24"]
+        self.server = subprocess.Popen(["Xvfb", *screen], pass_fds=[write],
+                                       stderr=subprocess.DEVNULL)
+        self.addCleanup(self.server.wait)
+        self.addCleanup(self.server.terminate)
+        self.environment = {**os.environ, "DISPLAY": f":{os.read(read, 16).decode().strip()}",
+                            "KVREG_FILE": str(self.folder / "registry.db")}
+
+    def tool(self, *command):
+        return subprocess.run(command, env=self.environment, check=command[0] != "compare",
+                              timeout=60, text=True, capture_output=True)
+
+    @contextlib.contextmanager
+    def window(self, *arguments):
+        with subprocess.Popen([MENU_SCREEN, *arguments], env=self.environment, text=True,
+                              stderr=subprocess.PIPE) as window:
+            self.addCleanup(window.kill)
+            self.tool("xdotool", *"search --sync --name menu_screen windowfocus --sync".split())
+            yield window
+
+    def hold(self, key, seconds):
+        self.tool("xdotool", "keydown", key, "sleep", str(seconds), "keyup", key)
+
+    def assert_shows(self, *arguments):
+        picture, shown = self.folder / "picture.png", self.folder / "shown.png"
+        self.tool(MENU_SCREEN, *arguments, "--picture", picture)
+        difference, end = 1.0, time.monotonic() + 10
+        while difference >= 0.01 and time.monotonic() < end:
+            self.tool("import", "-silent", "-window", "root", shown)
+            compared = self.tool("compare", "-metric", "RMSE", picture, shown, "null:").stderr
+            difference = float(compared.split("(")[1].rstrip(")"))
+        self.assertLess(difference, 0.01, arguments)
+
+    def test_shows_the_picture(self):
+        for arguments in (["ar"], ["ta", "--open", "language"], ["am"], ["ja", "--open", "type"]):
+            with self.window("--ui-language", *arguments) as window:
+                self.assert_shows("--ui-language", *arguments)
+                window.terminate()
+
+    def test_a_held_key_acts_once_except_up_and_down(self):
+        with self.window() as window:
+            for key, *shown in (("Return", "--open", "language"), ("Down",), ("Return",)):
+                self.hold(key, 2)
+                if key == "Return":
+                    self.assert_shows(*shown)
+            self.assertNotIn("ko_KR", self.tool(MENU_SCREEN.parent / "menu_host").stdout)
+            self.hold("Return", 0)
+            self.hold("Escape", 2)
+            self.assert_shows()
+            self.hold("Escape", 0)
             self.assertEqual(window.wait(60), 0)
-        self.assertIn(b"ko_KR.kr_ibm106", registry.read_bytes())
+
+    def assert_stores(self, value):
+        end = time.monotonic() + 10
+        while value not in self.tool(MENU_SCREEN.parent / "menu_host").stdout:
+            self.assertLess(time.monotonic(), end, value)
+
+    def test_keys_choose_and_store(self):
+        registry = self.folder / "registry.db"
+        for language, to_page in (("en", "Left"), ("ar", "Right")):
+            registry.unlink(missing_ok=True)
+            with self.window("--ui-language", language) as window:
+                for keys, stored in (
+                        ("Down Return Return", "ko_KR"),  # types need a stored language
+                        (f"Return Down {to_page} Return KP_Enter", "ko_KR"),
+                        ("Return Down Down Return", "es_MX"),
+                        ("Down Return Down Return", "es_MX.latam_nodeadkeys_ibm105"),
+                        ("Up Return End Down Return", "km_KH"),
+                        ("Return Prior Return", "sw_KE"),
+                        ("Return XF86ChannelUp XF86ChannelDown Next Return", "km_KH"),
+                        ("Return Home Up Next Return", "fi_FI")):
+                    self.tool("xdotool", "key", "--delay", "50", *keys.split())
+                    self.assert_stores(stored)
+                window.terminate()
+
+    def test_a_failed_choice_keeps_the_list_open(self):
+        with self.window() as window:
+            self.hold("Return", 0)
+            self.assert_shows("--open", "language")
+            with contextlib.closing(sqlite3.connect(self.folder / "registry.db")) as registry:
+                registry.execute("CREATE TABLE registry (key TEXT PRIMARY KEY, value TEXT NOT NULL)")
+                registry.execute("BEGIN EXCLUSIVE")
+                self.hold("Return", 0)
+                while "menu_screen: cannot read" not in (line := window.stderr.readline()):
+                    self.assertTrue(line)
+            self.hold("Return", 0)
+            self.assert_stores("ko_KR")
+            window.terminate()
+
+    def test_ends_with_the_window_the_session_and_the_display(self):
+        destroy = "xdotool search --name menu_screen windowclose".split()
+        for end, status in ((lambda window: self.tool(*destroy), 0),
+                            (lambda window: window.send_signal(signal.SIGHUP), 0),
+                            (lambda window: self.server.terminate(), 1)):
+            with self.window() as window:
+                self.assert_shows()
+                end(window)
+                errors = window.communicate(timeout=60)[1]
+                self.assertEqual(window.returncode, status, errors)
+        self.assertIn("menu_screen: the connection to the display was lost", errors)
 
 
 if __name__ == "__main__":

@@ -15,7 +15,9 @@
 
 namespace {
 
-constexpr int kBusyTimeoutMs = 5000;
+// Short, because a settings page reads several times before the user sees it.
+constexpr int kReadTimeoutMs = 100;
+constexpr int kWriteTimeoutMs = 400;
 
 constexpr char kBegin[] =
     "BEGIN IMMEDIATE; CREATE TABLE IF NOT EXISTS registry (key TEXT PRIMARY KEY, value TEXT NOT "
@@ -60,11 +62,11 @@ const char* Objection(bool complete) {
   return complete ? nullptr : "null key or value";
 }
 
-bool Open(int flags, Database& database) {
+bool Open(int flags, int timeout_ms, Database& database) {
   sqlite3* opened = nullptr;
   const int result = sqlite3_open_v2(RegistryFile(), &opened, flags, nullptr);
   database.reset(opened);
-  return result == SQLITE_OK && sqlite3_busy_timeout(opened, kBusyTimeoutMs) == SQLITE_OK;
+  return result == SQLITE_OK && sqlite3_busy_timeout(opened, timeout_ms) == SQLITE_OK;
 }
 
 bool Bind(const Statement& statement, int parameter, const char* text) {
@@ -108,7 +110,7 @@ char* Read(const char* key, const Fail& fail) {
   }
   // Not read-only, because the next reader rolls back the transaction of a killed writer.
   Database database;
-  if (!Open(SQLITE_OPEN_READWRITE, database)) {
+  if (!Open(SQLITE_OPEN_READWRITE, kReadTimeoutMs, database)) {
     return fail(Reason(database), -1);
   }
   const Statement select = Prepare(database, kSelect);
@@ -145,8 +147,9 @@ int kvreg_set_str(const char* key, const char* value) {
     return -1;
   }
   Database database;
-  if (!Open(SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, database) || !Execute(database, kBegin) ||
-      !Run(database, kUpsert, {key, value}) || !Execute(database, "COMMIT")) {
+  if (!Open(SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, kWriteTimeoutMs, database) ||
+      !Execute(database, kBegin) || !Run(database, kUpsert, {key, value}) ||
+      !Execute(database, "COMMIT")) {
     LogFailure("write", key, Reason(database));
     return -1;
   }
@@ -170,7 +173,7 @@ int kvreg_unset(const char* key, char* reason, size_t size) {
   }
   Database database;
   if (NeverWritten(RegistryFile()) ||
-      (Open(SQLITE_OPEN_READWRITE, database) && Run(database, kDelete, {key}))) {
+      (Open(SQLITE_OPEN_READWRITE, kWriteTimeoutMs, database) && Run(database, kDelete, {key}))) {
     return 0;
   }
   std::snprintf(reason, size, "%s", Reason(database));
