@@ -22,11 +22,13 @@ def imports():
         sys.exit(f"module '{missing.name}' is missing; run scripts/install-dependencies")
 
 
-def report(findings):
+def report(findings, files):
     """Prints the findings. Returns the exit status: 1 if there are any."""
     sys.stdout.reconfigure(errors="backslashreplace")
     status = 0
     for finding in findings:
         print(finding)
         status = 1
+    if status == 0 and sys.stderr.isatty():
+        print(f"{len(files)} files, no findings", file=sys.stderr)
     return status

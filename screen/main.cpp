@@ -64,7 +64,7 @@ void Check(const Sources& sources, const std::string& layout) {
   for (const Finding& finding : findings) {
     std::printf("%s\n", Line(finding).c_str());
   }
-  ThrowIfAny(findings);
+  Conclude(findings);
 }
 
 void Show(const Options& options, const Sources& sources, const std::string& layout) {

@@ -81,7 +81,7 @@ void Check(const Sources& sources, Report& report) {
   const std::vector<Finding> on_page = CheckPage(page);
   findings.insert(findings.end(), on_page.begin(), on_page.end());
   report.Findings(findings);
-  ThrowIfAny(findings);
+  Conclude(findings);
 }
 
 void RunOnPage(const Options& options, const Sources& sources, Report& report) {

@@ -2,8 +2,11 @@
 #ifndef HOST_FINDING_H
 #define HOST_FINDING_H
 
+#include <cstdio>
 #include <string>
 #include <vector>
+
+#include <unistd.h>
 
 #include "error.h"
 #include "text.h"
@@ -22,10 +25,14 @@ inline std::string Line(const Finding& finding) {
                    finding.remedy);
 }
 
-// Throws HostError with the number of findings if there are any.
-inline void ThrowIfAny(const std::vector<Finding>& findings) {
+// Throws HostError with the number of findings if there are any. Otherwise tells a person so: a
+// program that reads the output gets nothing.
+inline void Conclude(const std::vector<Finding>& findings) {
   if (!findings.empty()) {
     throw HostError("findings: " + std::to_string(findings.size()));
+  }
+  if (isatty(STDERR_FILENO) != 0) {
+    std::fputs("no findings\n", stderr);
   }
 }
 
