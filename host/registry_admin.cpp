@@ -10,8 +10,6 @@
 
 namespace {
 
-constexpr char kOtherFile[] = "pass another file for the registry or delete this one";
-
 using Reason = std::array<char, 256>;
 
 std::string Problem(const char* action, const std::string& key, const Reason& reason, int result) {
