@@ -52,7 +52,10 @@ def language_names(codes):
 
 
 def foreign_language(name, layout, xkb_data):
-    """Returns a language in a display name if the name has no language or country of the layout."""
+    """Returns a language that a display name contains, or None.
+
+    Returns None if the name also contains a language or country of the layout.
+    """
     words = set(re.findall(r"\w+", name))
     countries = {icu.Locale("", code).getDisplayCountry(ENGLISH)
                  for code in xkb_data.countries[layout]}

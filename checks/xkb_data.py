@@ -18,9 +18,9 @@ NO_DEFAULT_INCLUDES, NO_ENVIRONMENT_NAMES = 1, 2  # flags of xkb_context_new()
 LOG_LEVEL_CRITICAL = 10
 FORMAT_TEXT_V1 = 1
 COMPOSED = 2  # result of xkb_compose_state_get_status()
-SHIFT_AND_LOCK = 3  # the modifiers other than AltGr and Num Lock
+SHIFT_AND_LOCK = 3  # the mask of Shift and Caps Lock
 DEAD_KEYSYMS = range(0xFE50, 0xFE94)
-FUNCTION_KEYSYMS = range(0xFE00, 0x10000)  # with the keypad's, which some boards lack
+FUNCTION_KEYSYMS = range(0xFE00, 0x10000)  # includes the keypad; some boards have none
 ISO_KEY = "LSGT"  # between Shift and Z; ANSI boards do not have it
 
 
@@ -117,7 +117,7 @@ class Keymap:
 
 
 class XkbData:
-    """The installed xkb-data. The three tables have the sets of each layout."""
+    """The installed xkb-data. Maps each layout to its variants, countries and languages."""
 
     def __init__(self):
         root = pathlib.Path(os.environ.get("XKB_CONFIG_ROOT", "/usr/share/X11/xkb"))

@@ -48,9 +48,9 @@ std::vector<DeviceProfile> ReadDeviceProfiles();
 // folder. Creates nothing. Throws HostError if the user has no state folder.
 std::string FindRegistry(const std::string& file);
 
-// Makes the platform use the registry `path`, which the first write creates. If `writes`, creates
-// the user's state folder if `path` is in it. Otherwise that folder need not exist. Throws
-// HostError if the folder of `path` cannot be opened.
+// Makes the platform use the registry `path`, which the first write creates. If `writes` is true
+// and `path` is in the user's state folder, creates that folder. If `writes` is false, the state
+// folder may be missing. Throws HostError if the folder of `path` cannot be opened.
 void UseRegistry(const std::string& path, bool writes = true);
 
 #endif

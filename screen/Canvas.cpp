@@ -34,7 +34,7 @@ const std::map<std::string, RemoteKey> kKeys = {  // the names of X11
     {"Next", RemoteKey::kPageDown}, {"XF86ChannelDown", RemoteKey::kPageDown},
     {"Home", RemoteKey::kFirst},    {"End", RemoteKey::kLast}};
 
-// Null for other keys. The list is on the side towards which the page is read.
+// Null for other keys. The list is on the right, or on the left if the page is mirrored.
 std::optional<RemoteKey> RemoteKeyOf(const std::string& name, bool is_mirrored) {
   if (name == (is_mirrored ? "Right" : "Left")) {
     return RemoteKey::kToPage;
@@ -135,7 +135,7 @@ Canvas::Canvas(Target target, const std::string& layout) {
     static_cast<Canvas*>(ecore_evas_data_get(window, "canvas"))->m_window.release();
     ecore_main_loop_quit();
   });
-  // The release of a key that is held now goes to another window.
+  // Without the focus, a window does not receive the release of a held key.
   ecore_evas_callback_focus_out_set(m_window.get(), [](Ecore_Evas* window) {
     static_cast<Canvas*>(ecore_evas_data_get(window, "canvas"))->m_held.clear();
   });
@@ -309,7 +309,7 @@ void Canvas::Press(const Evas_Event_Key_Down& event) {
   }
 }
 
-// EFL does not notice that a disk is full, so it writes a temporary file.
+// EFL reports no error if the disk is full. So EFL writes a temporary file, which is then copied.
 void Canvas::SavePicture(const std::string& file) {
   ecore_evas_manual_render(m_window.get());
   Evas_Object* picture = evas_object_image_filled_add(ecore_evas_get(m_window.get()));

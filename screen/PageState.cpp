@@ -9,14 +9,14 @@
 
 namespace {
 
-// How many choices a key moves the focus. No list is as long as the steps of kFirst and kLast.
+// How many choices a key moves the focus. The steps of kFirst and kLast are longer than any list.
 const std::map<RemoteKey, std::ptrdiff_t> kSteps = {
     {RemoteKey::kUp, -1},       {RemoteKey::kDown, 1},       {RemoteKey::kPageUp, -10},
     {RemoteKey::kPageDown, 10}, {RemoteKey::kFirst, -10000}, {RemoteKey::kLast, 10000}};
 
 Row ReadRow(const KeyboardPage& page, SettingId id) {
   Row row = {page.ReadSetting(id), WhyUnreadable(KeyOf(id))};
-  // A type that is not stored needs no choices, because its language may not be stored either.
+  // If no type is stored, an empty list is not a problem: perhaps no language is stored.
   const bool needs_choices = id == SettingId::kLanguage || row.setting.value;
   if (!row.problem && needs_choices && row.setting.choices.empty()) {
     row.problem = "no choices for " + Quoted(KeyOf(id));
@@ -78,8 +78,8 @@ void PageState::Close() {
   ReadRows();
 }
 
-// The list stays open if the choice was not stored. Its choices stay too, because a registry that
-// cannot be read has none.
+// The list stays open if the choice was not stored. It keeps the old choices: if the registry
+// cannot be read, the new row has none.
 void PageState::StoreFocused() {
   const std::string value = row(m_focused).setting.choices[*m_list_focus].value;
   m_page.Store(m_focused, value);

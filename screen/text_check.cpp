@@ -75,7 +75,7 @@ class TextCheck {
       Add(text, place.part,
           "is " + std::to_string(size) + " px " + direction + " in '" + place.part +
               "', which has room for " + std::to_string(room),
-          "shorten it, or choose a lower font");
+          "shorten it, or choose another font");
     }
   }
 
@@ -125,7 +125,7 @@ class TextCheck {
     }
     if (!alone.empty()) {
       Add(text, "marks", "has marks that are not in the font of their letters:" + alone,
-          "name a font that has both in fonts.cpp");
+          "in fonts.cpp, choose a font that has both");
     }
   }
 

@@ -21,7 +21,7 @@
 
 namespace {
 
-// A provider answers as if nothing were stored if the registry cannot be read.
+// If the registry cannot be read, the provider reports that nothing is stored.
 void CheckRegistry() {
   for (const SettingId id : kSettingIds) {
     if (const std::optional<std::string> reason = WhyUnreadable(KeyOf(id))) {

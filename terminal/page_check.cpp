@@ -126,9 +126,8 @@ class PageCheck {
     const std::string stored = type.value.value_or("");
     if (stored != first) {
       Add("type list",
-          "starts with " + Quoted(first) + ", but " + Quoted(stored) +
-              " is stored with the language",
-          "they must be the same");
+          "begins with " + Quoted(first) + ", but the language is stored with " + Quoted(stored),
+          "make the provider store the first type");
     }
   }
 

@@ -86,7 +86,7 @@ class ProfileCheck {
     }
   }
 
-  // Loads the plug-in once and reads its log, which names each boolean that is missing.
+  // Loads the plug-in without any booleans. The log then names each boolean that the plug-in reads.
   void UseWithoutBooleans(const std::string& profile, const std::string& plugin) {
     const KeyFile reduced = LoadProfile(profile);
     g_key_file_remove_group(reduced.get(), kBooleanGroup, nullptr);

@@ -12,7 +12,7 @@
 #include "text.h"
 
 struct Finding {
-  std::string where;  // "page", or "profile", "interface" or "keyboard" with its file or language
+  std::string where;  // "page", "profile FILE", "interface LOCALE" or "keyboard LOCALE"
   std::string item;
   std::string problem;
   std::string remedy;

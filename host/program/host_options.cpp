@@ -54,7 +54,8 @@ std::string SuggestNames(const CLI::App& app) {
   return suggestions;
 }
 
-// Not a check of the option: recent versions of CLI11 drop an environment variable that fails one.
+// Checked here, not by the option: recent versions of CLI11 ignore an environment variable that
+// fails the check of its option.
 void UseLogLevel(const std::string& level) {
   if (level.empty()) {
     unsetenv(kLogVariable);

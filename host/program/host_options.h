@@ -33,10 +33,10 @@ struct Sources {
   std::string registry;
 };
 
-// Adds --version and the options to `app`, which fill `options`; both must live until Parse() has
-// returned. An option that is missing on the command line is read from its environment variable.
-// If an option is given twice, the last one counts. Call this before anything else is added to
-// `app`: later options inherit these settings.
+// Adds --version and the host options to `app`. Parse() writes their values to `options`. Both must
+// live until Parse() has returned. An option that is missing on the command line is read from its
+// environment variable, if it has one. If an option is given twice, the last one counts. Call this
+// first: options that are added later inherit the defaults that are set here.
 void AddHostOptions(CLI::App& app, const char* version, HostOptions& options);
 
 // Adds an option or argument `name` with the value "language" or "type", and calls `set` with it.

@@ -34,7 +34,7 @@ std::size_t Distance(const std::string& one, const std::string& other) {
   return row.back();
 }
 
-// Returns 0 if the choice contains the words of `wanted`, otherwise more for each different letter.
+// Returns 0 if the choice contains the words of `wanted`, otherwise 1 plus the edit distance.
 std::size_t Rank(const std::string& wanted, const Choice& choice) {
   const std::string words = Printable(choice.value + " " + choice.text);
   if (g_str_match_string(wanted.c_str(), words.c_str(), TRUE) != FALSE) {

@@ -33,9 +33,9 @@
  *     have the character encoding of the host's LC_CTYPE. If it is not UTF-8, the host should call
  *     bind_textdomain_codeset(DATA_PROVIDER_TEXT_DOMAIN, "UTF-8") after `create_provider`.
  *  5. Errors. No callback throws or aborts because of the contents of the data files, or because of
- *     an answer of the registry or the system-information service. If one of them throws an
- *     exception, the provider catches it. The request then fails as on allocation failure. Errors
- *     are logged to the platform log with the tag "IME_QEL". One limit: JSON-GLib before 1.10
+ *     an answer of the registry or the system-information service. If one of these services throws
+ *     an exception, the provider catches it. The request then fails as on allocation failure.
+ * Errors are logged to the platform log with the tag "IME_QEL". One limit: JSON-GLib before 1.10
  *     overflows the stack if the keyboard configuration has tens of thousands of nested levels, or
  *     hundreds of them on a thread with a small stack.
  *  6. Allocation failure. The request fails as its slot describes and leaks nothing. It works again
@@ -46,9 +46,10 @@
  *         std::bad_alloc. This ends the process unless the host catches the exception. A host that
  *         catches it must not load the provider again, because its language table would be empty.
  *         In glibc, dlopen() then blocks in all other threads.
- *  7. Threads. A callback runs on the thread that calls it. The provider has no threads and no
- *     locks. Calls may overlap if the platform's services allow it. The configuration is loaded
- *     once, by the first call that needs it, and is read-only afterwards.
+ *  7. Threads. A callback runs on the thread that calls it. The provider has no threads. Calls may
+ *     overlap if the platform's services allow it. The supported languages and the configuration
+ *     are each read once, by the first call that needs them. Other calls that need them wait. They
+ *     are read-only afterwards, and the provider has no other locks.
  *       - A call must not be interrupted: pthread_cancel() and longjmp() end the process or leak
  *         memory. A host that cancels threads must disable cancellation around its calls.
  *       - The log, the registry and the system-information service must not call the provider. A
