@@ -32,12 +32,12 @@
  *  4. Text. Strings end with a NUL. Texts of the keyboard configuration are UTF-8. Translated texts
  *     have the character encoding of the host's LC_CTYPE. If it is not UTF-8, the host should call
  *     bind_textdomain_codeset(DATA_PROVIDER_TEXT_DOMAIN, "UTF-8") after `create_provider`.
- *  5. Errors. No callback throws or aborts because of the contents of the data files, or because of
- *     an answer of the registry or the system-information service. If one of these services throws
- *     an exception, the provider catches it. The request then fails as on allocation failure.
- * Errors are logged to the platform log with the tag "IME_QEL". One limit: JSON-GLib before 1.10
- *     overflows the stack if the keyboard configuration has tens of thousands of nested levels, or
- *     hundreds of them on a thread with a small stack.
+ *  5. Errors. No callback throws or aborts because of the contents of the data files, or because
+ *     of an answer of the registry or the system-information service. If one of these services
+ *     throws an exception, the provider catches it. The request then fails as on allocation
+ *     failure. Errors are logged to the platform log with the tag "IME_QEL". One limit: JSON-GLib
+ *     before 1.10 overflows the stack if the keyboard configuration has tens of thousands of
+ *     nested levels, or hundreds of them on a thread with a small stack.
  *  6. Allocation failure. The request fails as its slot describes and leaks nothing. It works again
  *     when there is memory. Two limits:
  *       - If an allocation of GLib fails, GLib ends the process. The provider uses GLib only in the
