@@ -132,7 +132,8 @@ Canvas::Canvas(Target target, const std::string& layout) {
                                          [](Ecore_Evas*) { ecore_main_loop_quit(); });
   // Another program destroyed the window. EFL frees it after this call.
   ecore_evas_callback_destroy_set(m_window.get(), [](Ecore_Evas* window) {
-    static_cast<Canvas*>(ecore_evas_data_get(window, "canvas"))->m_window.release();
+    static_cast<void>(
+        static_cast<Canvas*>(ecore_evas_data_get(window, "canvas"))->m_window.release());
     ecore_main_loop_quit();
   });
   // The release of a key that is held now goes to another window.
