@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <map>
 #include <string_view>
 
@@ -43,14 +44,16 @@ std::optional<RemoteKey> RemoteKeyOf(const std::string& name, bool is_mirrored) 
   return found == kKeys.end() ? std::nullopt : std::optional(found->second);
 }
 
-void StartEfl() {
+void StartEfl(const std::string& layout) {
   // EFL prints a stack trace with each error. This program reports errors itself.
   setenv("EINA_LOG_LEVEL", std::to_string(EINA_LOG_LEVEL_CRITICAL).c_str(), 0);
   // A television's page needs neither session services nor desktop menus.
   ecore_app_no_system_modules();
   setenv("XDG_RUNTIME_DIR", g_get_tmp_dir(), 0);  // EFL ends the process if it cannot create one
   efreet_cache_disable();
-  SetFontOrder();
+  // EFL reads the rules for fonts from a file only.
+  const std::string fonts = std::filesystem::path(layout).replace_filename("fonts.conf");
+  setenv("FONTCONFIG_FILE", fonts.c_str(), 1);
   if (ecore_evas_init() == 0 || edje_init() == 0) {
     throw HostError("cannot start EFL");
   }
@@ -108,7 +111,7 @@ std::size_t FirstShown(std::size_t focused, std::size_t count) {
 }  // namespace
 
 Canvas::Canvas(Target target, const std::string& layout) {
-  StartEfl();
+  StartEfl(layout);
   const bool is_window = target == Target::kWindow;
   m_window = is_window ? OpenWindow() : Window(ecore_evas_buffer_new(1, 1));
   m_slides = is_window;

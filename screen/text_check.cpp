@@ -124,7 +124,7 @@ class TextCheck {
     }
     if (!alone.empty()) {
       Add(text, "marks", "has marks that are not in the font of their letters:" + alone,
-          "name a font that has both in fonts.cpp");
+          "name a font that has both in fonts.conf");
     }
   }
 

@@ -171,8 +171,8 @@ int kvreg_unset(const char* key, char* reason, size_t size) {
     return -1;
   }
   Database database;
-  if (NeverWritten(RegistryFile()) ||
-      (Open(SQLITE_OPEN_READWRITE, kWriteTimeoutMs, database) && Change(database, kDelete, {key}))) {
+  if (NeverWritten(RegistryFile()) || (Open(SQLITE_OPEN_READWRITE, kWriteTimeoutMs, database) &&
+                                       Change(database, kDelete, {key}))) {
     return 0;
   }
   std::snprintf(reason, size, "%s", Reason(database));
