@@ -73,9 +73,9 @@ class PackageTest(unittest.TestCase):
         relocations = re.findall(r"Relocation section .* contains (\d+) entr", facts)
         self.assertIn(sum(map(int, relocations)), range(1, 129))
 
-    def test_help_pictures_have_their_texts_and_size(self):
+    def test_help_pictures_have_their_text_and_size(self):
         parts = output("edje_inspector", "--mode=parts", "--group=help", EDJ)
-        for name, kind in (("picture", "VECTOR"), ("title", "TEXT"), ("help", "TEXTBLOCK")):
+        for name, kind in (("picture", "VECTOR"), ("help", "TEXTBLOCK")):
             self.assertIn(f"part {{ name: '{name}'; type: {kind};", parts)
         self.assertRegex(output("webpinfo", WEBP),
                          r"Width: 1920\n +Height: 1080\n(.*\n)* +Format: Lossless")
