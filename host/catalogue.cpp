@@ -43,8 +43,8 @@ class Catalogue {
     std::uint64_t texts_end = 0;
     std::string previous;
     for (Word i = 0; i < count; ++i) {
-      const std::string id = String(ids + 8 * i, ids_end);
-      const std::string text = String(texts + 8 * i, texts_end);
+      const std::string id = String(ids + (8 * i), ids_end);
+      const std::string text = String(texts + (8 * i), texts_end);
       Require(i > 0 || strcasestr(text.c_str(), "charset=UTF-8\n") != nullptr,
               "its charset is not UTF-8");
       Require(i > 0 ? previous < id : id.empty(), "its message ids are not in order");
@@ -75,7 +75,7 @@ class Catalogue {
   void CheckHashTable(std::size_t table, Word size, Word count) const {
     std::multiset<Word> numbers;
     for (Word i = 0; i < size; ++i) {
-      numbers.insert(At(table + i * sizeof(Word)));
+      numbers.insert(At(table + (i * sizeof(Word))));
     }
     const bool has_empty = numbers.erase(0) > 0;
     Word last = 0;

@@ -91,7 +91,7 @@ std::string WithTerritory(const std::string& language, const std::string& locale
   icu::SimpleFormatter(pattern.data(), 2, 2, status)
       .format(icu::UnicodeString::fromUTF8(language), territory, text, status);
   std::string utf8;
-  return U_SUCCESS(status) ? text.toUTF8String(utf8) : language + " (" + locale + ")";
+  return U_SUCCESS(status) != 0 ? text.toUTF8String(utf8) : language + " (" + locale + ")";
 }
 
 std::optional<std::string> FindCatalogue(const std::string& locale) {
@@ -103,7 +103,7 @@ std::optional<std::string> FindCatalogue(const std::string& locale) {
 }
 
 UiLanguage ChooseUiLanguage(const std::string& wanted) {
-  const UiLanguage default_language = {"en_US", "default"};
+  UiLanguage default_language = {"en_US", "default"};
   if (!wanted.empty()) {
     return {wanted, "--ui-language"};
   }

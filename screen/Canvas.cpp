@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <map>
 #include <string_view>
 
@@ -43,14 +44,16 @@ std::optional<RemoteKey> RemoteKeyOf(const std::string& name, bool is_mirrored) 
   return found == kKeys.end() ? std::nullopt : std::optional(found->second);
 }
 
-void StartEfl() {
+void StartEfl(const std::string& layout) {
   // EFL prints a stack trace with each error. This program reports errors itself.
   setenv("EINA_LOG_LEVEL", std::to_string(EINA_LOG_LEVEL_CRITICAL).c_str(), 0);
   // A television's page needs neither session services nor desktop menus.
   ecore_app_no_system_modules();
   setenv("XDG_RUNTIME_DIR", g_get_tmp_dir(), 0);  // EFL ends the process if it cannot create one
   efreet_cache_disable();
-  SetFontOrder();
+  // EFL reads the rules for fonts from a file only.
+  const std::string fonts = std::filesystem::path(layout).replace_filename("fonts.conf");
+  setenv("FONTCONFIG_FILE", fonts.c_str(), 1);
   if (ecore_evas_init() == 0 || edje_init() == 0) {
     throw HostError("cannot start EFL");
   }
@@ -108,7 +111,7 @@ std::size_t FirstShown(std::size_t focused, std::size_t count) {
 }  // namespace
 
 Canvas::Canvas(Target target, const std::string& layout) {
-  StartEfl();
+  StartEfl(layout);
   const bool is_window = target == Target::kWindow;
   m_window = is_window ? OpenWindow() : Window(ecore_evas_buffer_new(1, 1));
   m_slides = is_window;
@@ -132,7 +135,8 @@ Canvas::Canvas(Target target, const std::string& layout) {
                                          [](Ecore_Evas*) { ecore_main_loop_quit(); });
   // Another program destroyed the window. EFL frees it after this call.
   ecore_evas_callback_destroy_set(m_window.get(), [](Ecore_Evas* window) {
-    static_cast<Canvas*>(ecore_evas_data_get(window, "canvas"))->m_window.release();
+    static_cast<void>(
+        static_cast<Canvas*>(ecore_evas_data_get(window, "canvas"))->m_window.release());
     ecore_main_loop_quit();
   });
   // Without the focus, a window does not receive the release of a held key.

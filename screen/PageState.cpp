@@ -54,7 +54,8 @@ void PageState::PressOnList(RemoteKey key) {
   const std::ptrdiff_t count = std::ssize(row(m_focused).setting.choices);
   const auto step = kSteps.find(key);
   if (step != kSteps.end()) {
-    const std::ptrdiff_t moved = static_cast<std::ptrdiff_t>(*m_list_focus) + step->second;
+    const std::ptrdiff_t moved =
+        static_cast<std::ptrdiff_t>(m_list_focus.value_or(0)) + step->second;
     m_list_focus = std::max<std::ptrdiff_t>(std::min(moved, count - 1), 0);
   } else if (key == RemoteKey::kReturn && count > 0) {
     StoreFocused();
@@ -81,7 +82,7 @@ void PageState::Close() {
 // The list stays open if the choice was not stored. It keeps the old choices: if the registry
 // cannot be read, the new row has none.
 void PageState::StoreFocused() {
-  const std::string value = row(m_focused).setting.choices[*m_list_focus].value;
+  const std::string value = row(m_focused).setting.choices[m_list_focus.value_or(0)].value;
   m_page.Store(m_focused, value);
   const Row stored = ReadRow(m_page, m_focused);
   if (stored.setting.value == value) {

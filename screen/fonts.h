@@ -1,4 +1,4 @@
-// The installed fonts, from fontconfig.
+// The installed fonts, from fontconfig. fonts.conf has their order.
 #ifndef SCREEN_FONTS_H
 #define SCREEN_FONTS_H
 
@@ -6,9 +6,6 @@
 #include <string>
 
 #include <fontconfig/fontconfig.h>
-
-// Tells fontconfig the order of the page's fonts, for each language and for this process.
-void SetFontOrder();
 
 // Returns the font for the language of `locale`, in the form "ko_KR" or "ko", as Evas expects it:
 // "MenuScreen:lang=ko". It has no space, because a space would end it in a text block's style.

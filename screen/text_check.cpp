@@ -125,7 +125,7 @@ class TextCheck {
     }
     if (!alone.empty()) {
       Add(text, "marks", "has marks that are not in the font of their letters:" + alone,
-          "in fonts.cpp, choose a font that has both");
+          "in fonts.conf, choose a font that has both");
     }
   }
 

@@ -15,7 +15,7 @@ void FreeMenuList(void** list, int count) noexcept {
       list[i] = nullptr;
     }
   }
-  std::free(list);
+  std::free(static_cast<void*>(list));
 }
 
 MenuList::MenuList(std::size_t count) : m_items(AllocateZeroed<void*>(count)) {}

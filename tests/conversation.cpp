@@ -111,7 +111,7 @@ std::string GetListItems(const char* key) {
 }
 
 std::string CreateProvider() {
-  void* handle = &handle;
+  void* handle = static_cast<void*>(&handle);
   const int result = InLibrary([&] { return g_provider->create_provider()(&handle); });
   g_provider->delete_provider()(&handle);
   return std::to_string(result) + (handle == nullptr ? " null\n" : " table\n");

@@ -25,7 +25,7 @@ TEST(Provider, FillsItsSlotsAndReadsNothing) {
     for (std::size_t i = 0; i < 76; ++i) {
       EXPECT_EQ(slots[i] != 0x1000 + i, own.contains(i)) << "slot " << i;
     }
-    void* second = &second;
+    void* second = static_cast<void*>(&second);
     Platform().on_init = [&] { EXPECT_EQ(second, &second) << "written too early"; };
     EXPECT_EQ(provider.create_provider()(&second), 0);
     EXPECT_NE(second, &provider.table());
@@ -56,7 +56,7 @@ TEST(Provider, AcceptsNullAndLeavesIntegersUnchanged) {
     char* text = &none;
     EXPECT_EQ(get(nullptr, &text), 0);
     EXPECT_EQ(text, nullptr);
-    EXPECT_EQ(get(&text, nullptr), 0);
+    EXPECT_EQ(get(static_cast<void*>(&text), nullptr), 0);
   }
   int value = 42;
   EXPECT_EQ(table.set_int(DATA_PROVIDER_LANGUAGE, 1), 0);

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <system_error>
+#include <utility>
 
 #include <glib.h>
 
@@ -36,7 +37,7 @@ GKeyFile* LoadProfile() {
     LogError(path, error);
     return nullptr;
   }
-  return g_steal_pointer(&profile);
+  return std::exchange(profile, nullptr);
 }
 
 bool ParseId(const char* text, int& id) {

@@ -14,7 +14,7 @@ namespace {
 
 struct Priority {
   int value;
-  std::string_view name;
+  const char* name;
 };
 
 constexpr int kNothing = QLOG_PRIORITY_ERROR + 1;
@@ -33,15 +33,12 @@ int Threshold() {
     return QLOG_PRIORITY_WARNING;
   }
   const auto* const found =
-      std::find_if(kPriorities.begin(), kPriorities.end(),
-                   [level](const Priority& priority) { return priority.name == level; });
+      std::ranges::find(kPriorities, std::string_view(level), &Priority::name);
   return found == kPriorities.end() ? QLOG_PRIORITY_INFO : found->value;
 }
 
-std::string_view PriorityName(int value) {
-  const auto* const found =
-      std::find_if(kPriorities.begin(), kPriorities.end(),
-                   [value](const Priority& priority) { return priority.value == value; });
+const char* PriorityName(int value) {
+  const auto* const found = std::ranges::find(kPriorities, value, &Priority::value);
   return found == kPriorities.end() ? "log" : found->name;
 }
 
@@ -83,5 +80,5 @@ int __qlog_print(int /*log_id*/, int priority, const char* tag, const char* form
     text[end - 1] = '\0';
   }
   MakePrintable(text.data());
-  return std::fprintf(stderr, "%s %s: %s\n", PriorityName(priority).data(), tag, text.data());
+  return std::fprintf(stderr, "%s %s: %s\n", PriorityName(priority), tag, text.data());
 }
