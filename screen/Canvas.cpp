@@ -135,8 +135,8 @@ Canvas::Canvas(Target target, const std::string& layout) {
                                          [](Ecore_Evas*) { ecore_main_loop_quit(); });
   // Another program destroyed the window. EFL frees it after this call.
   ecore_evas_callback_destroy_set(m_window.get(), [](Ecore_Evas* window) {
-    static_cast<void>(
-        static_cast<Canvas*>(ecore_evas_data_get(window, "canvas"))->m_window.release());
+    auto* canvas = static_cast<Canvas*>(ecore_evas_data_get(window, "canvas"));
+    [[maybe_unused]] const Ecore_Evas* freed_by_efl = canvas->m_window.release();
     ecore_main_loop_quit();
   });
   // Without the focus, a window does not receive the release of a held key.
