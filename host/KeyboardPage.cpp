@@ -67,7 +67,7 @@ Setting KeyboardPage::ReadSetting(SettingId id) const {
   return setting;
 }
 
-// The provider lists the types of the stored language, and logs an error if there is none.
+// The provider lists the types of the stored language, and logs an error if none is stored.
 std::optional<std::vector<ListItem>> KeyboardPage::ReadList(SettingId id) const {
   const bool can_list = id == SettingId::kLanguage || m_provider.Value(DATA_PROVIDER_LANGUAGE);
   return can_list ? m_provider.ListItems(KeyOf(id)) : std::nullopt;

@@ -32,7 +32,7 @@ std::string LocateFile(const std::string& path);
 inline constexpr char kDefaultProfile[] = "global";
 
 // Makes the platform use a device profile, and returns its path. `profile` is a path if it contains
-// a slash. Otherwise it is the name of an installed profile or, if there is none, a path. Throws
+// a slash. Otherwise it is the name of an installed profile or, failing that, a path. Throws
 // HostError if there is no such file or it is not a key file.
 std::string UseDeviceProfile(const std::string& profile);
 

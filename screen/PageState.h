@@ -37,7 +37,7 @@ class PageState {
   SettingId focused() const { return m_focused; }
   // The position of the focus in the open list; null if no list is open.
   const std::optional<std::size_t>& list_focus() const { return m_list_focus; }
-  // The position in the open list of the choice that could not be stored; null if there is none.
+  // The position in the open list of the choice that could not be stored; otherwise null.
   const std::optional<std::size_t>& failed() const { return m_failed; }
   bool is_left() const { return m_is_left; }  // Back was pressed while no list was open
 

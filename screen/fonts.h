@@ -19,7 +19,7 @@ using Fonts = std::unique_ptr<FcFontSet, FontSetDeleter>;
 // Returns the fonts that Evas tries for each character, in this order. `font` is as above.
 Fonts FontsOf(const std::string& font);
 
-// Returns the first font that has the character; null if there is none.
+// Returns the first font that has the character; null if no font has it.
 const FcPattern* FontWith(const Fonts& fonts, FcChar32 character);
 
 #endif
