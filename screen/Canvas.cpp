@@ -24,6 +24,7 @@ constexpr char kTextClass[] = "text";      // of the page
 constexpr char kHelpTextClass[] = "help";  // of the help layout
 constexpr int kLayoutSize = -100;          // 100 percent of the size in the layout
 constexpr std::size_t kPlaces = 10;        // for choices
+constexpr int kWaylandTopLevel = 1;        // ECORE_WL2_WINDOW_TYPE_TOPLEVEL, of a beta header
 constexpr std::string_view kPngEnd = "IEND\xAE\x42\x60\x82";
 
 const std::map<std::string, RemoteKey> kKeys = {  // the names of X11
@@ -72,8 +73,12 @@ Eina_Bool Quit(void* /*data*/, int /*type*/, void* /*event*/) {
 // EFL falls back to a buffer if there is no display.
 Window OpenWindow() {
   Window window(ecore_evas_new(nullptr, 0, 0, 1, 1, nullptr));
-  if (window == nullptr || ecore_evas_engine_name_get(window.get()) == std::string("buffer")) {
+  const std::string engine = window ? ecore_evas_engine_name_get(window.get()) : "buffer";
+  if (engine == "buffer") {
     throw HostError("no display found for a window; '--picture FILE.png' needs none");
+  }
+  if (engine.starts_with("wayland")) {  // its windows have no type, and are invisible without one
+    ecore_evas_wayland_type_set(window.get(), kWaylandTopLevel);
   }
   ecore_x_io_error_handler_set(EndWithoutDisplay, nullptr);
   ecore_event_handler_add(ECORE_EVENT_SIGNAL_HUP, Quit, nullptr);
