@@ -1,6 +1,7 @@
 """menu_screen as users run it: its check, a picture, and a window with keys pressed."""
 
 import contextlib
+import itertools
 import json
 import os
 import pathlib
@@ -192,6 +193,28 @@ class WindowTest(unittest.TestCase):
                 errors = window.communicate(timeout=60)[1]
                 self.assertEqual(window.returncode, status, errors)
         self.assertIn("menu_screen: the connection to the display was lost", errors)
+
+
+@unittest.skipUnless(shutil.which("weston"), "weston is missing")
+class WaylandTest(unittest.TestCase):
+    def test_opens_a_window(self):
+        folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+        environment = {**os.environ, "DISPLAY": "", "XDG_RUNTIME_DIR": str(folder),
+                       "WAYLAND_DISPLAY": "wayland", "WAYLAND_DEBUG": "client",
+                       "KVREG_FILE": str(folder / "registry.db")}
+        weston = subprocess.Popen(
+            ["weston", "--backend=headless-backend.so", "--socket=wayland", "--no-config"],
+            env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.addCleanup(weston.wait)
+        self.addCleanup(weston.terminate)
+        end = time.monotonic() + 60
+        while not (folder / "wayland").exists():
+            self.assertLess(time.monotonic(), end)
+        with subprocess.Popen(["timeout", "60", MENU_SCREEN], env=environment, text=True,
+                              stderr=subprocess.PIPE) as window:
+            events = "".join(itertools.takewhile(lambda line: "enter(" not in line, window.stderr))
+            window.terminate()
+            self.assertEqual(window.wait(60), 0, events)  # otherwise the time is over
 
 
 if __name__ == "__main__":
