@@ -112,7 +112,8 @@ class WindowTest(unittest.TestCase):
         with subprocess.Popen([MENU_SCREEN, *arguments], env=self.environment, text=True,
                               stderr=subprocess.PIPE) as window:
             try:
-                self.tool("xdotool", *"search --sync --name menu_screen windowfocus --sync".split())
+                self.tool("xdotool", *"search --sync --onlyvisible --name menu_screen".split(),
+                          "windowfocus", "--sync")
                 yield window
             finally:
                 window.kill()
