@@ -175,12 +175,10 @@ void Canvas::Resize() {
   Layout();
 }
 
-// The help layout sets its text sizes when it is resized, and this takes effect in the second step.
+// The help layout sets its text sizes when it receives the signal that it was resized.
 void Canvas::Layout() {
-  for (int step = 0; step < 2; ++step) {
-    edje_object_calc_force(m_page);
-    edje_message_signal_process();
-  }
+  edje_object_calc_force(m_page);
+  edje_message_signal_process();
 }
 
 void Canvas::SetLanguage(const std::string& locale) {
