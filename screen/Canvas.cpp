@@ -98,9 +98,9 @@ void Switch(Evas_Object* object, const char* signal, bool is_on) {
   edje_object_signal_emit(object, signal, is_on ? "on" : "off");
 }
 
-bool IsRightToLeft(Evas* evas, const std::string& text) {
+bool IsRightToLeft(Evas* evas, const std::string& text, const std::string& font) {
   Evas_Object* label = evas_object_text_add(evas);
-  evas_object_text_font_set(label, "Sans", 10);
+  evas_object_text_font_set(label, font.c_str(), 10);
   evas_object_text_text_set(label, text.c_str());
   const bool is_right_to_left = evas_object_text_direction_get(label) == EVAS_BIDI_DIRECTION_RTL;
   evas_object_del(label);
@@ -188,7 +188,7 @@ void Canvas::SetLanguage(const std::string& locale) {
 
 void Canvas::Show(const PageState& state) {
   SetText(m_page, "title", state.title());
-  Mirror(IsRightToLeft(ecore_evas_get(m_window.get()), state.title()));
+  Mirror(IsRightToLeft(ecore_evas_get(m_window.get()), state.title(), m_font));
   ShowRow("language", state.row(SettingId::kLanguage), state.focused() == SettingId::kLanguage);
   ShowRow("type", state.row(SettingId::kType), state.focused() == SettingId::kType);
   ShowHelp(state.help_image(), state.row(state.focused()).setting);
