@@ -18,7 +18,7 @@ MENU_SCREEN = pathlib.Path(os.environ["MENU_SCREEN"])
 ROOT = MENU_SCREEN.parents[2]
 RESOURCES = "usr/share/lib-morvith-tv/res"
 CONFIG = "config/hw_kbd_lang_config.json"
-NAMES = {"long": "W" * 40, "odd": "\U0001FAE8 key", "good": "Good"}
+NAMES = {"long": "W" * 40, "odd": "\U0001FAE8 key", "mark": "a\u0BBE", "good": "Good"}
 
 
 class MenuScreenTest(unittest.TestCase):
@@ -50,7 +50,8 @@ class MenuScreenTest(unittest.TestCase):
         done = self.screen("check", "--root", self.folder, "--device", profile, status=1)
         found = done.stdout.splitlines()
         for words in (f"text '{text * 12}' is ", f"text '{NAMES['long']}' is ", " px wide in 'text'",
-                      f"text '{NAMES['odd']}' has characters that no installed font has: \U0001FAE8;"):
+                      f"text '{NAMES['odd']}' has characters that no installed font has: \U0001FAE8;",
+                      f"text '{NAMES['mark']}' has marks that are not in the font of "):
             self.assertTrue(any(words in line for line in found), (words, found))
         self.assertNotIn("'Good'", done.stdout)
 
@@ -131,10 +132,13 @@ class WindowTest(unittest.TestCase):
             difference = float(compared.split("(")[1].rstrip(")"))
         self.assertLess(difference, 0.01, arguments)
 
-    def test_shows_the_picture(self):
+    def test_shows_the_picture_in_its_fonts(self):
         for arguments in (["ar"], ["ta", "--open", "language"], ["am"], ["ja", "--open", "type"]):
-            with self.window("--ui-language", *arguments):
+            with self.window("--ui-language", *arguments) as window:
                 self.assert_shows("--ui-language", *arguments)
+                fonts = pathlib.Path(f"/proc/{window.pid}/maps").read_text()
+                self.assertIn("NotoSans-Regular", fonts)
+                self.assertNotIn("DejaVu", fonts)
 
     def test_a_held_key_acts_once_except_up_and_down(self):
         with self.window() as window:
@@ -170,6 +174,9 @@ class WindowTest(unittest.TestCase):
                         ("Return Home Up Next Return", "fi_FI")):
                     self.tool("xdotool", "key", "--delay", "50", *keys.split())
                     self.assert_stores(stored)
+                self.tool(MENU_SCREEN.parent / "menu_host", "set", "language", "ko_KR")
+                self.tool("xdotool", "key", "--delay", "50", "Return", "Down", "Return")
+                self.assert_stores("en_US")  # the list opens at the language that is stored now
 
     def test_a_failed_choice_keeps_the_list_open(self):
         with self.window():
