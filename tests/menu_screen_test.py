@@ -59,7 +59,7 @@ class MenuScreenTest(unittest.TestCase):
         self.screen("--picture", picture := self.folder / "page.png")
         drawn = picture.read_bytes()
         self.assertEqual(drawn[:24], b"\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\x07\x80\0\0\x048")
-        self.assertIn("no display", self.screen(status=1).stderr)
+        self.assertRegex(self.screen(status=1).stderr, "^menu_screen: no display")
         resource.setrlimit(resource.RLIMIT_FSIZE, (4000, resource.RLIM_INFINITY))  # a full disk
         self.addCleanup(resource.setrlimit, resource.RLIMIT_FSIZE, (resource.RLIM_INFINITY,) * 2)
         self.screen("--ui-language", "ko", "--picture", picture, status=1)
