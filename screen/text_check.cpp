@@ -100,7 +100,8 @@ class TextCheck {
 
   void CheckCharacters(const std::string& text) {
     if (g_utf8_validate(text.c_str(), -1, nullptr) == FALSE) {
-      return Add(text, "characters", "is not UTF-8", "fix it");
+      Add(text, "characters", "is not UTF-8", "fix it");
+      return;
     }
     std::string missing;
     std::string alone;  // marks such as vowel signs, whose letter is in another font
