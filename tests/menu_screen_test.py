@@ -111,7 +111,8 @@ class WindowTest(unittest.TestCase):
         with subprocess.Popen([MENU_SCREEN, *arguments], env=self.environment, text=True,
                               stderr=subprocess.PIPE) as window:
             try:
-                self.tool("xdotool", *"search --sync --name menu_screen windowfocus --sync".split())
+                find = "search --sync --onlyvisible --name menu_screen"
+                self.tool("xdotool", *find.split(), "windowfocus", "--sync")
                 yield window
             finally:
                 window.kill()
