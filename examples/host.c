@@ -37,10 +37,10 @@ static void show_text(const data_provider_cbs* provider, int (*get)(const char*,
 static void show_setting(const data_provider_cbs* provider, const char* key) {
   show_text(provider, provider->get_display_name, key);
   show_text(provider, provider->get_help_text, key);
-  show_text(provider, provider->get_string, key);
   char* stored = NULL;
-  int count = 0;
   provider->get_string(key, &stored);
+  printf("%s\n", stored == NULL ? "-" : stored);
+  int count = 0;
   void** list = provider->get_list_items(key, &count);
   for (int i = 0; i < count; ++i) {
     char* value = NULL;
