@@ -185,6 +185,12 @@ class MenuHostTest(unittest.TestCase):
         self.assertIn("no such table: registry; fix", self.host("reset", status=1).stderr)
         self.assertEqual(len(list(database.execute("SELECT 1 FROM sqlite_master"))), 1)
 
+    def test_reads_null_in_a_registry_as_no_value(self):
+        with sqlite3.connect(self.environment["KVREG_FILE"]) as database:
+            database.execute("CREATE TABLE registry AS "
+                             "SELECT 'db/ime/keyboard_language_name' AS key, NULL AS value")
+        self.assertIn("nothing is stored", self.host("get", "language", status=1).stderr)
+
     def test_keeps_whole_values_if_it_is_killed(self):
         self.host("set", "language", "ko_KR")
         journal = self.folder / "registry.db-journal"  # exists during a write
