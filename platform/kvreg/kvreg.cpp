@@ -19,9 +19,10 @@ namespace {
 constexpr int kReadTimeoutMs = 100;
 constexpr int kWriteTimeoutMs = 400;
 
+// To wait for the disk would take most of the time of a write.
 constexpr char kBegin[] =
-    "BEGIN IMMEDIATE; CREATE TABLE IF NOT EXISTS registry (key TEXT PRIMARY KEY, value TEXT NOT "
-    "NULL)";
+    "PRAGMA synchronous = OFF; BEGIN IMMEDIATE; "
+    "CREATE TABLE IF NOT EXISTS registry (key TEXT PRIMARY KEY, value TEXT NOT NULL)";
 constexpr char kSelect[] = "SELECT value FROM registry WHERE key = ?1";
 constexpr char kUpsert[] =
     "INSERT INTO registry (key, value) VALUES (?1, ?2) "
