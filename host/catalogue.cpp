@@ -27,6 +27,7 @@ class Catalogue {
     std::error_code error;
     Require(std::filesystem::is_regular_file(path, error), "it is not a regular file");
     std::ifstream file(path, std::ios::binary);
+    Require(file.is_open(), "it cannot be opened");
     m_bytes.assign(std::istreambuf_iterator<char>(file), {});
   }
 

@@ -97,7 +97,7 @@ IMAGE_FINDINGS = (
     ({CONFIG: b""}, (f"configuration '/{RESOURCES}/{CONFIG}' is empty",)),
     ({KOREAN: BIG_ENDIAN}, ()),
     *(({KOREAN: file}, (f"{KOREAN}' is damaged: {reason}",)) for file, reason in DAMAGED),
-    ({CONFIG: None, EDJE: None, KOREAN: None}, (f"{EDJE}' can", f"{CONFIG}' can", "not a regular")),
+    ({path: None for path in (EDJE, CONFIG, KOREAN)}, ["is not a regular file; install"] * 3),
 )
 BAD_PROFILE = ("[device]\nsystem_language_ids=1; 7x;;99999999999;-3 ;0;-03\nsystem_langauge_ids=1\n"
                "[devise]\n[custom_bool]\nsmart_control=maybe")
