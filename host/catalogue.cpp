@@ -1,6 +1,5 @@
 #include "catalogue.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -72,17 +71,15 @@ class Catalogue {
     return At(offset);
   }
 
-  // The table has each message once, and an empty element, at which gettext stops to search.
+  // A table has each message, and an empty element, at which gettext stops to search.
   void CheckHashTable(std::size_t table, Word size, Word count) const {
-    std::multiset<Word> numbers;
+    std::set<Word> numbers;  // of messages; 0 is an empty element
     for (Word i = 0; i < size; ++i) {
       numbers.insert(At(table + (i * sizeof(Word))));
     }
-    const bool has_empty = numbers.erase(0) > 0;
-    Word last = 0;
-    const auto is_next = [&last](Word number) { return number == ++last; };
-    Require(size == 0 || (has_empty && std::ranges::all_of(numbers, is_next) && last == count),
-            "its hash table is damaged");
+    const bool is_complete = numbers.contains(0) && *numbers.rbegin() == count &&
+                             numbers.size() == std::size_t{count} + 1;
+    Require(size == 0 || is_complete, "its hash table is damaged");
   }
 
   // Returns the string whose length and offset are at `entry`. `end` is where the string before it
