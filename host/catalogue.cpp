@@ -71,15 +71,15 @@ class Catalogue {
     return At(offset);
   }
 
-  // A table has each message, and an empty element, at which gettext stops to search.
+  // Requires each message, and an empty element, at which gettext stops to search.
   void CheckHashTable(std::size_t table, Word size, Word count) const {
-    std::set<Word> numbers;  // of messages; 0 is an empty element
+    std::set<Word> numbers;  // of messages, from 1; 0 is an empty element
     for (Word i = 0; i < size; ++i) {
       numbers.insert(At(table + (i * sizeof(Word))));
     }
-    const bool is_complete = numbers.contains(0) && *numbers.rbegin() == count &&
-                             numbers.size() == std::size_t{count} + 1;
-    Require(size == 0 || is_complete, "its hash table is damaged");
+    const std::size_t needed = std::size_t{count} + 1;
+    Require(size == 0 || (numbers.size() == needed && *numbers.rbegin() == count),
+            "its hash table is damaged");
   }
 
   // Returns the string whose length and offset are at `entry`. `end` is where the string before it
