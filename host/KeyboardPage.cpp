@@ -2,16 +2,9 @@
 
 #include <algorithm>
 
-#include <libintl.h>
-
 #include "ui_language.h"
 
 namespace {
-
-// gettext would return the header of the catalogue for an empty message id.
-std::string Translate(const std::string& display_value) {
-  return display_value.empty() ? "" : dgettext(DATA_PROVIDER_TEXT_DOMAIN, display_value.c_str());
-}
 
 // Languages can share a name, such as "English". Adds the territory to each of these.
 void AddTerritories(const std::vector<ListItem>& languages, std::vector<Choice>& choices) {

@@ -8,6 +8,7 @@
 
 #include <glib.h>
 
+#include "error.h"
 #include "fonts.h"
 #include "text.h"
 #include "ui_language.h"
@@ -16,8 +17,10 @@ namespace {
 
 class TextCheck {
  public:
-  TextCheck(KeyboardPage& page, Canvas& canvas)
-      : m_page(page), m_canvas(canvas), m_types(page.StoreEachLanguageToReadTypes()) {}
+  TextCheck(KeyboardPage& page, Canvas& canvas) : m_page(page), m_canvas(canvas) {
+    UseUiLanguage(kNoLanguage);
+    m_types = page.StoreEachLanguageToReadTypes();
+  }
 
   std::vector<Finding> Run() {
     for (const Choice& language : m_page.ReadSetting(SettingId::kLanguage).choices) {
@@ -36,7 +39,14 @@ class TextCheck {
  private:
   void CheckInterface(const std::string& language) {
     m_where = "interface " + language;
-    FindCatalogue(language);  // throws HostError if it is damaged
+    try {
+      FindCatalogue(language);
+    } catch (const HostError& damage) {
+      if (m_reported.insert(damage.what()).second) {  // languages may share a catalogue
+        m_findings.push_back({m_where, "catalogue", damage.what(), "install it again"});
+      }
+      return;
+    }
     UseUiLanguage(language);
     m_canvas.SetLanguage(language);
     m_fonts = FontsOf(FontFor(language));
@@ -52,8 +62,8 @@ class TextCheck {
     for (const Choice& choice : state.row(SettingId::kLanguage).setting.choices) {
       CheckChoice(choice.text);
     }
-    for (const auto& [id, text] : m_types) {
-      CheckChoice(text);
+    for (const auto& [id, name] : m_types) {
+      CheckChoice(Translate(name));
     }
   }
 
@@ -133,7 +143,7 @@ class TextCheck {
   KeyboardPage& m_page;
   Canvas& m_canvas;
   Fonts m_fonts;                               // of the interface language
-  std::map<std::string, std::string> m_types;  // texts by type id
+  std::map<std::string, std::string> m_types;  // untranslated texts by type id
   std::string m_where;
   std::set<std::string> m_reported;
   std::vector<Finding> m_findings;
