@@ -23,7 +23,8 @@ class TextCheck {
   }
 
   std::vector<Finding> Run() {
-    for (const Choice& language : m_page.ReadSetting(SettingId::kLanguage).choices) {
+    const Setting languages = m_page.ReadSetting(SettingId::kLanguage);
+    for (const Choice& language : languages.choices) {
       CheckInterface(language.value);
     }
     if (m_types.empty()) {
