@@ -2,6 +2,7 @@
 
 import argparse
 import contextlib
+import pathlib
 import sys
 
 
@@ -15,7 +16,8 @@ def arguments(docstring, name):
 
 @contextlib.contextmanager
 def imports():
-    """Ends the program with a hint if an import within fails."""
+    """Finds the modules of the build too. Ends the program with a hint if an import fails."""
+    sys.path.append(str(pathlib.Path(__file__).resolve().parent.parent / "res"))
     try:
         yield
     except ModuleNotFoundError as missing:

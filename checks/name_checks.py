@@ -2,12 +2,9 @@
 
 import functools
 import string
-import sys
 
+import compile_catalogue
 import page_texts
-
-sys.path.append(str(page_texts.SOURCE / "res"))
-import compile_catalogue  # noqa: E402
 
 CONFIG = page_texts.SOURCE / "res/config/hw_kbd_lang_config.json"
 PROPER_NOUNS = page_texts.SOURCE / "res/config/proper_nouns.txt"

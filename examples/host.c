@@ -37,10 +37,10 @@ static void show_text(const data_provider_cbs* provider, int (*get)(const char*,
 static void show_setting(const data_provider_cbs* provider, const char* key) {
   show_text(provider, provider->get_display_name, key);
   show_text(provider, provider->get_help_text, key);
-  show_text(provider, provider->get_string, key);
   char* stored = NULL;
-  int count = 0;
   provider->get_string(key, &stored);
+  printf("%s\n", stored == NULL ? "-" : stored);
+  int count = 0;
   void** list = provider->get_list_items(key, &count);
   for (int i = 0; i < count; ++i) {
     char* value = NULL;
@@ -72,12 +72,12 @@ int main(int argc, char** argv) {
     dlclose(library);
     return EXIT_FAILURE;
   }
-  bind_textdomain_codeset(DATA_PROVIDER_TEXT_DOMAIN,
-                          "UTF-8"); /* the names of types are UTF-8 too */
+  /* The names of types are always UTF-8. */
+  bind_textdomain_codeset(DATA_PROVIDER_TEXT_DOMAIN, "UTF-8");
   const data_provider_cbs* provider = table;
   if (argc == 3) {
-    provider->set_string(DATA_PROVIDER_LANGUAGE,
-                         argv[2]); /* show_setting() prints what was stored */
+    /* The result is always 1. show_setting() prints what was stored. */
+    provider->set_string(DATA_PROVIDER_LANGUAGE, argv[2]);
   }
   show_text(provider, provider->get_display_name, DATA_PROVIDER_PAGE);
   show_text(provider, provider->get_help_text, DATA_PROVIDER_PAGE);

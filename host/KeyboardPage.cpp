@@ -2,16 +2,9 @@
 
 #include <algorithm>
 
-#include <libintl.h>
-
 #include "ui_language.h"
 
 namespace {
-
-// gettext would return the header of the catalogue for an empty message id.
-std::string Translate(const std::string& display_value) {
-  return display_value.empty() ? "" : dgettext(DATA_PROVIDER_TEXT_DOMAIN, display_value.c_str());
-}
 
 // Languages can share a name, such as "English". Adds the territory to each of these.
 void AddTerritories(const std::vector<ListItem>& languages, std::vector<Choice>& choices) {
@@ -78,12 +71,14 @@ void KeyboardPage::Store(SettingId id, const std::string& value) {
 }
 
 std::map<std::string, std::string> KeyboardPage::StoreEachLanguageToReadTypes() {
-  std::map<std::string, std::string> types;
-  for (const Choice& language : ReadSetting(SettingId::kLanguage).choices) {
+  std::map<std::string, std::string> texts;
+  const Setting languages = ReadSetting(SettingId::kLanguage);
+  for (const Choice& language : languages.choices) {
     Store(SettingId::kLanguage, language.value);
-    for (const Choice& type : ReadSetting(SettingId::kType).choices) {
-      types.emplace(TypeIdOf(type.value), type.text);
+    const Setting types = ReadSetting(SettingId::kType);
+    for (const Choice& type : types.choices) {
+      texts.emplace(TypeIdOf(type.value), type.text);
     }
   }
-  return types;
+  return texts;
 }

@@ -1,6 +1,5 @@
 #include "catalogue.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -27,6 +26,7 @@ class Catalogue {
     std::error_code error;
     Require(std::filesystem::is_regular_file(path, error), "it is not a regular file");
     std::ifstream file(path, std::ios::binary);
+    Require(file.is_open(), "it cannot be opened");
     m_bytes.assign(std::istreambuf_iterator<char>(file), {});
   }
 
@@ -71,16 +71,14 @@ class Catalogue {
     return At(offset);
   }
 
-  // The table has each message once, and an empty element, at which gettext stops to search.
+  // Requires each message, and an empty element, at which gettext stops to search.
   void CheckHashTable(std::size_t table, Word size, Word count) const {
-    std::multiset<Word> numbers;
+    std::set<Word> numbers;  // of messages, from 1; 0 is an empty element
     for (Word i = 0; i < size; ++i) {
       numbers.insert(At(table + (i * sizeof(Word))));
     }
-    const bool has_empty = numbers.erase(0) > 0;
-    Word last = 0;
-    const auto is_next = [&last](Word number) { return number == ++last; };
-    Require(size == 0 || (has_empty && std::ranges::all_of(numbers, is_next) && last == count),
+    const std::size_t needed = std::size_t{count} + 1;
+    Require(size == 0 || (numbers.size() == needed && *numbers.rbegin() == count),
             "its hash table is damaged");
   }
 

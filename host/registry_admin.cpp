@@ -12,26 +12,24 @@ namespace {
 
 using Reason = std::array<char, 256>;
 
-std::string Problem(const char* action, const std::string& key, const Reason& reason, int result) {
+std::string Problem(const char* action, const std::string& key, const Reason& reason) {
   const char* file = std::getenv(kRegistryVariable);
   return std::string("cannot ") + action + " " + Quoted(key) + " in the registry " +
          Quoted(file == nullptr ? "" : file) + ": " + reason.data() +
-         (result == KVREG_BAD_VALUE ? "; 'menu_host reset' removes it"
-                                    : "; fix this, or pass another file with --registry");
+         "; fix this, or pass another file with --registry";
 }
 
 }  // namespace
 
 std::optional<std::string> WhyUnreadable(const std::string& key) {
   Reason reason;
-  const int result = kvreg_try(key.c_str(), reason.data(), reason.size());
-  return result == 0 ? std::nullopt : std::optional(Problem("read", key, reason, result));
+  const bool is_readable = kvreg_try(key.c_str(), reason.data(), reason.size()) == 0;
+  return is_readable ? std::nullopt : std::optional(Problem("read", key, reason));
 }
 
 void RemoveKey(const std::string& key) {
   Reason reason;
-  const int result = kvreg_unset(key.c_str(), reason.data(), reason.size());
-  if (result != 0) {
-    throw HostError(Problem("remove", key, reason, result));
+  if (kvreg_unset(key.c_str(), reason.data(), reason.size()) != 0) {
+    throw HostError(Problem("remove", key, reason));
   }
 }

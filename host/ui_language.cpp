@@ -78,6 +78,11 @@ void UseUiLanguage(const std::string& locale) {
   }
 }
 
+// gettext would return the header of the catalogue for an empty message id.
+std::string Translate(const std::string& message_id) {
+  return message_id.empty() ? "" : dgettext(DATA_PROVIDER_TEXT_DOMAIN, message_id.c_str());
+}
+
 std::string WithTerritory(const std::string& language, const std::string& locale) {
   const icu::Locale viewer(std::getenv("LANGUAGE"));
   icu::UnicodeString territory;

@@ -13,6 +13,9 @@ inline constexpr char kNoLanguage[] = "C";
 // and LANGUAGE of the process. Throws HostError if the machine has no suitable UTF-8 locale.
 void UseUiLanguage(const std::string& locale);
 
+// Returns `message_id` itself if it is not translated.
+std::string Translate(const std::string& message_id);
+
 // Adds the territory of `locale` to the translated name of its language, in the viewer's language:
 // "Englisch (Vereinigtes Königreich)" for "Englisch" and "en_GB". The names of territories and the
 // pattern come from the Unicode CLDR.

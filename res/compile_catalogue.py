@@ -77,4 +77,7 @@ def main(configuration, english_catalogue, catalogue_file, output):
 
 
 if __name__ == "__main__":
-    main(*sys.argv[1:])
+    try:
+        main(*sys.argv[1:])
+    except subprocess.CalledProcessError as failed:  # the program has printed the cause
+        sys.exit(f"{sys.argv[3]}: {failed.cmd[0]} failed; run checks/check-texts")

@@ -64,7 +64,7 @@ class Canvas {
   Evas_Object* list() const { return m_list; }
   Evas_Object* choice(std::size_t place) const { return m_choices[place]; }
   Evas_Object* row(const char* part) const { return edje_object_part_swallow_get(m_page, part); }
-  Place help_text() const { return m_help_text; }
+  const Place& help_text() const { return m_help_text; }
   bool has_help_image() const { return m_has_help_image; }  // valid after Show()
 
  private:

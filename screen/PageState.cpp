@@ -86,7 +86,8 @@ void PageState::StoreFocused() {
   m_page.Store(m_focused, value);
   const Row stored = ReadRow(m_page, m_focused);
   if (stored.setting.value == value) {
-    return Close();
+    Close();
+    return;
   }
   m_failed = m_list_focus;
   m_rows[static_cast<std::size_t>(m_focused)].problem =

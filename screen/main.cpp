@@ -77,13 +77,15 @@ void Show(const Options& options, const Sources& sources, const std::string& lay
     state.Focus(*options.open);
     state.Open();
   }
-  Canvas canvas(options.picture.empty() ? Target::kWindow : Target::kBuffer, layout);
+  const bool in_window = options.picture.empty();
+  Canvas canvas(in_window ? Target::kWindow : Target::kBuffer, layout);
   canvas.SetLanguage(sources.ui_language.locale);
   canvas.Control(state);
-  if (!options.picture.empty()) {
-    return canvas.SavePicture(options.picture);
+  if (in_window) {
+    Canvas::Run();
+  } else {
+    canvas.SavePicture(options.picture);
   }
-  Canvas::Run();
 }
 
 }  // namespace

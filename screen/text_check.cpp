@@ -8,6 +8,7 @@
 
 #include <glib.h>
 
+#include "error.h"
 #include "fonts.h"
 #include "text.h"
 #include "ui_language.h"
@@ -16,11 +17,14 @@ namespace {
 
 class TextCheck {
  public:
-  TextCheck(KeyboardPage& page, Canvas& canvas)
-      : m_page(page), m_canvas(canvas), m_types(page.StoreEachLanguageToReadTypes()) {}
+  TextCheck(KeyboardPage& page, Canvas& canvas) : m_page(page), m_canvas(canvas) {
+    UseUiLanguage(kNoLanguage);
+    m_types = page.StoreEachLanguageToReadTypes();
+  }
 
   std::vector<Finding> Run() {
-    for (const Choice& language : m_page.ReadSetting(SettingId::kLanguage).choices) {
+    const Setting languages = m_page.ReadSetting(SettingId::kLanguage);
+    for (const Choice& language : languages.choices) {
       CheckInterface(language.value);
     }
     if (m_types.empty()) {
@@ -36,7 +40,14 @@ class TextCheck {
  private:
   void CheckInterface(const std::string& language) {
     m_where = "interface " + language;
-    FindCatalogue(language);  // throws HostError if it is damaged
+    try {
+      FindCatalogue(language);
+    } catch (const HostError& damage) {
+      if (m_reported.insert(damage.what()).second) {  // languages may share a catalogue
+        m_findings.push_back({m_where, "catalogue", damage.what(), "install it again"});
+      }
+      return;
+    }
     UseUiLanguage(language);
     m_canvas.SetLanguage(language);
     m_fonts = FontsOf(FontFor(language));
@@ -52,8 +63,8 @@ class TextCheck {
     for (const Choice& choice : state.row(SettingId::kLanguage).setting.choices) {
       CheckChoice(choice.text);
     }
-    for (const auto& [id, text] : m_types) {
-      CheckChoice(text);
+    for (const auto& [id, name] : m_types) {
+      CheckChoice(Translate(name));
     }
   }
 
@@ -100,7 +111,8 @@ class TextCheck {
 
   void CheckCharacters(const std::string& text) {
     if (g_utf8_validate(text.c_str(), -1, nullptr) == FALSE) {
-      return Add(text, "characters", "is not UTF-8", "fix it");
+      Add(text, "characters", "is not UTF-8", "fix it");
+      return;
     }
     std::string missing;
     std::string alone;  // marks such as vowel signs, whose letter is in another font
@@ -132,7 +144,7 @@ class TextCheck {
   KeyboardPage& m_page;
   Canvas& m_canvas;
   Fonts m_fonts;                               // of the interface language
-  std::map<std::string, std::string> m_types;  // texts by type id
+  std::map<std::string, std::string> m_types;  // untranslated texts by type id
   std::string m_where;
   std::set<std::string> m_reported;
   std::vector<Finding> m_findings;

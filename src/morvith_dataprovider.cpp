@@ -1,6 +1,5 @@
 // The interface to the host: the two exported functions and the callbacks that the host calls.
 
-#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <cstring>
@@ -58,11 +57,12 @@ constexpr std::array<MenuItem, 3> menu_item_list = {{
 
 template <typename Rows>
 auto FindRow(const Rows& rows, const char* key) -> decltype(rows.data()) {
-  const auto* found =
-      key == nullptr ? rows.end() : std::find_if(rows.begin(), rows.end(), [key](const auto& row) {
-        return std::strcmp(row.key, key) == 0;
-      });
-  return found == rows.end() ? nullptr : found;
+  for (const auto& row : rows) {
+    if (key != nullptr && std::strcmp(row.key, key) == 0) {
+      return &row;
+    }
+  }
+  return nullptr;
 }
 
 void LogException(const char* key, const char* failure) noexcept {

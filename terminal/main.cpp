@@ -90,34 +90,41 @@ void RunOnPage(const Options& options, const Sources& sources, Report& report) {
   CheckCatalogue(sources.ui_language.locale);
   KeyboardPage page(provider);
   if (options.command == Command::kReset) {
-    return Reset(page, report);
+    Reset(page, report);
+    return;
   }
   CheckRegistry();
   switch (options.command) {
     case Command::kList:
-      return report.Choices(ReadWithList(page, options.setting));
+      report.Choices(ReadWithList(page, options.setting));
+      break;
     case Command::kGet:
-      return Get(page, options, report);
+      Get(page, options, report);
+      break;
     case Command::kSet:
-      return Set(page, options, report);
+      Set(page, options, report);
+      break;
     default:
-      return ShowPage(page, report);
+      ShowPage(page, report);
   }
 }
 
 void Run(const Options& options) {
   const std::unique_ptr<Report> report = options.json ? MakeJsonReport() : MakeTextReport();
   if (options.command == Command::kDevices) {
-    return report->Devices(ReadDeviceProfiles(), UseDeviceProfile(options.device));
+    report->Devices(ReadDeviceProfiles(), UseDeviceProfile(options.device));
+    return;
   }
   const Sources sources = SetUpHost(options);
   switch (options.command) {
     case Command::kCheck:
-      return Check(sources, *report);
+      Check(sources, *report);
+      break;
     case Command::kInfo:
-      return report->Info(sources, ReadProviderInfo(sources.plugin));
+      report->Info(sources, ReadProviderInfo(sources.plugin));
+      break;
     default:
-      return RunOnPage(options, sources, *report);
+      RunOnPage(options, sources, *report);
   }
 }
 

@@ -20,6 +20,18 @@ constexpr std::size_t kMaxStored = 100;
 
 constexpr char kConfiguration[] = "/usr/share/lib-morvith-tv/res/config/hw_kbd_lang_config.json";
 
+// Returns null for a file that can be used. To open a FIFO could block forever.
+const char* ProblemOf(const std::string& file) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(file, error)) {
+    return error ? "cannot be read" : "is not a regular file";
+  }
+  if (!std::ifstream(file)) {
+    return "cannot be read";
+  }
+  return std::filesystem::file_size(file, error) == 0 ? "is empty" : nullptr;
+}
+
 class PageCheck {
  public:
   explicit PageCheck(KeyboardPage& page) : m_page(page) {
@@ -61,17 +73,13 @@ class PageCheck {
     m_findings.push_back({m_where, item, problem, remedy});
   }
 
-  // Returns false for a file that cannot be used. To open a FIFO could block forever.
+  // Returns false for a file that cannot be used.
   bool CheckFile(const std::string& item, const std::string& path) {
-    const std::string located = LocateFile(path);
-    std::error_code error;
-    const bool is_empty = std::filesystem::file_size(located, error) == 0;
-    const bool is_readable = !error && std::ifstream(located).good();
-    if (is_empty || !is_readable) {
-      Add(item + " " + Quoted(path), is_readable ? "is empty" : "cannot be read",
-          "install it again");
+    const char* problem = ProblemOf(LocateFile(path));
+    if (problem != nullptr) {
+      Add(item + " " + Quoted(path), problem, "install it again");
     }
-    return is_readable && !is_empty;
+    return problem == nullptr;
   }
 
   void CheckKeyboard(const std::string& locale) {

@@ -48,7 +48,10 @@ std::pair<std::string, std::string> SplitWord(const std::string& line) {
 }
 
 const char* Argument(const std::string& text) {
-  return text == "NULL" ? nullptr : text == "\"\"" ? "" : text.c_str();
+  if (text == "NULL") {
+    return nullptr;
+  }
+  return text == "\"\"" ? "" : text.c_str();
 }
 
 template <typename Request>

@@ -3,6 +3,7 @@
 import os
 import pathlib
 import subprocess
+import sys
 import tempfile
 import unittest
 
@@ -71,6 +72,18 @@ FAULTS = {
     ),
 }
 
+CONFIG, ENGLISH, GERMAN_PO = (
+    SOURCE / "res" / file
+    for file in ("config/hw_kbd_lang_config.json", "locale/en.po", "locale/de.po"))
+REDUCE, COMPILE = ["reduce_configuration.py"], ["compile_catalogue.py", CONFIG, ENGLISH]
+# Of each step of the build: a file, a text in it, the text that replaces it, and the message.
+BUILD_FAULTS = (
+    (REDUCE, CONFIG, NAME, "\udcff", "line 121 is not UTF-8; save the file as UTF-8; run checks/"),
+    (REDUCE, CONFIG, NAME, NAME[:-1], "delimiter: line 121 column 52 (char 15096); run checks/"),
+    (REDUCE, CONFIG, NAME, '"\\ud800"', "surrogates not allowed; run checks/check-data"),
+    (COMPILE, GERMAN_PO, TEXT, TEXT[:-1], "msgfmt failed; run checks/check-texts"),
+)
+
 
 class DataChecks(unittest.TestCase):
     def setUp(self):
@@ -96,10 +109,18 @@ class DataChecks(unittest.TestCase):
                 is_found = [finding in "\n".join(found) for finding in findings]
                 self.assertEqual([True] * len(found), is_found, (file, findings, found))
 
-    def test_accept_shipped_files_and_report_missing_ones(self):
+    def test_build_names_the_file_and_the_fault(self):
+        for (step, *arguments), shipped, old, new, message in BUILD_FAULTS:
+            file = self.folder / shipped.name
+            file.write_text(shipped.read_text("utf-8").replace(old, new), "utf-8", "surrogateescape")
+            lines = self.run_check(sys.executable, SOURCE / "res" / step, *arguments, file, "/dev/null")
+            self.assertTrue(lines[-1].startswith(f"{file}: ") and message in lines[-1], lines)
+
+    def test_accept_shipped_files_and_report_missing_and_special_ones(self):
         for program in (CHECK_DATA, CHECK_TEXTS):
             self.assertEqual(self.run_check(program), [])
             self.assertRegex(self.run_check(program, "x")[0], "^x: cannot be read: No such file")
+            self.assertRegex(self.run_check(program, "/dev/null")[0], "read: not a regular file$")
 
     def test_find_missing_keymaps_and_catalogues(self):
         (self.folder / "rules").symlink_to("/usr/share/X11/xkb/rules")

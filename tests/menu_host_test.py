@@ -62,9 +62,10 @@ DIALOGUE = (
 
 LONG = "n" * 300
 TYPES = json.dumps({
-    "keyboard_name_map": [{"name": "t", "display_name": LONG}, {"name": LONG, "display_name": "N"}],
+    "keyboard_name_map": [{"name": "t", "display_name": LONG}, {"name": LONG, "display_name": "N"},
+                          {"name": "odd", "display_name": "\ufffd"}],
     "lang_local_keyboard_type_table": [
-        {"lang_local": "en_US", "keyboard_types": ["t", "id", LONG]}]}).encode()
+        {"lang_local": "en_US", "keyboard_types": ["t", "id", LONG, "odd"]}]}).encode()
 MO = (ROOT / RESOURCES / KOREAN).read_bytes()
 WORDS = 7 + 4 * MO[8]  # in the header and the tables
 TEXTS = int.from_bytes(MO[16:20], "little")  # the offset of their table
@@ -83,21 +84,24 @@ DAMAGED = (
     (MO.replace(b"\0TV_", b"\0AV_"), "its message ids"),
     (MO.replace(b"UTF-8", b"UTF-9"), "its charset is not UTF-8"),
 )
-GOOD_PROFILE = ("[device]\nsystem_language_ids=1;0;12\n[custom_bool]\n"
+GOOD_PROFILE = ("[device]\nsystem_language_ids=1;0;12;17\n[custom_bool]\n"
                 "com.velmora/featureconf/bt_profile_bt_smart_control=true")
 # The contents of files (None: a FIFO), and a part of each finding.
 IMAGE_FINDINGS = (
     ({ENGLISH: catalogue(8, 1), KOREAN: MO.replace(b"_GERMAN", b"_GERMAX"), CONFIG: TYPES}, (
         "keyboard en_US: type 'en_US.t' has a text", "keyboard en_US: type 'en_US.id' is shown as",
         f"keyboard en_US: type 'en_US.{LONG[6:254]}' has a value of 254 bytes",
+        "keyboard en_US: type 'en_US.odd' has U+FFFD or a control character in its text",
         "keyboard ko_KR: type list has no choices; ", "keyboard de_DE: type list has no choices; ",
+        "keyboard en_GB: type list has no choices; ",
         "interface en_US: page is not translated at all; translate it in en.po",
         "ko_KR: text 'SID_SETUP_LANGUAGE_GERMAN' is not translated; translate it in ko.po")),
+    ({ENGLISH: b""}, (f"{ENGLISH}' is damaged",)),  # en_US and en_GB share it
     ({EDJE: b"", CONFIG: b"{}"}, (f"{EDJE}' is empty", "type list has no choices in any language")),
     ({CONFIG: b""}, (f"configuration '/{RESOURCES}/{CONFIG}' is empty",)),
     ({KOREAN: BIG_ENDIAN}, ()),
     *(({KOREAN: file}, (f"{KOREAN}' is damaged: {reason}",)) for file, reason in DAMAGED),
-    ({CONFIG: None, EDJE: None, KOREAN: None}, (f"{EDJE}' can", f"{CONFIG}' can", "not a regular")),
+    ({path: None for path in (EDJE, CONFIG, KOREAN)}, ["is not a regular file; install"] * 3),
 )
 BAD_PROFILE = ("[device]\nsystem_language_ids=1; 7x;;99999999999;-3 ;0;-03\nsystem_langauge_ids=1\n"
                "[devise]\n[custom_bool]\nsmart_control=maybe")
@@ -184,6 +188,21 @@ class MenuHostTest(unittest.TestCase):
             database.execute("CREATE TABLE other (x)")
         self.assertIn("no such table: registry; fix", self.host("reset", status=1).stderr)
         self.assertEqual(len(list(database.execute("SELECT 1 FROM sqlite_master"))), 1)
+        with database:
+            database.execute("CREATE TABLE registry (key, value)")
+            database.execute("INSERT INTO registry VALUES ('db/ime/keyboard_language_name', NULL)")
+        self.assertIn("nothing is stored", self.host("get", "language", status=1).stderr)
+
+    def test_creates_the_state_folder_only_to_store(self):
+        del self.environment["KVREG_FILE"]
+        state = self.folder / "state"
+        self.environment["XDG_STATE_HOME"] = str(state)
+        for command, is_created in (("reset", False), ("list language", False),
+                                    ("set language ko_KR", True)):
+            self.host(*command.split())
+            self.assertEqual(state.exists(), is_created, command)
+        self.environment["XDG_STATE_HOME"] = "state"
+        self.assertIn("'state/morvith-menu-host' is not an abs", self.host(status=1).stderr)
 
     def test_keeps_whole_values_if_it_is_killed(self):
         self.host("set", "language", "ko_KR")

@@ -18,7 +18,9 @@ MENU_SCREEN = pathlib.Path(os.environ["MENU_SCREEN"])
 ROOT = MENU_SCREEN.parents[2]
 RESOURCES = "usr/share/lib-morvith-tv/res"
 CONFIG = "config/hw_kbd_lang_config.json"
-NAMES = {"long": "W" * 40, "odd": "\U0001FAE8 key", "mark": "a\u0BBE", "good": "Good"}
+KOREAN = "locale/ko/LC_MESSAGES/lib-morvith-tv.mo"
+NAMES = {"long": "W" * 40, "odd": "\U0001FAE8 key", "mark": "a\u0BBE", "good": "Good",
+         "translated": "Short"}
 
 
 class MenuScreenTest(unittest.TestCase):
@@ -41,15 +43,21 @@ class MenuScreenTest(unittest.TestCase):
             "lang_local_keyboard_type_table": [
                 {"lang_local": "en_US", "keyboard_types": list(NAMES)}]}))
         profile = self.folder / "device.ini"
-        profile.write_text("[device]\nsystem_language_ids=1;1\n[custom_bool]\n")
+        profile.write_text("[device]\nsystem_language_ids=0;1;1\n[custom_bool]\n")
+        damaged = self.folder / RESOURCES / KOREAN
+        contents = damaged.read_bytes()
+        damaged.write_bytes(contents[:16] + b"\xff\xff\xff\x7f" + contents[20:])  # gettext ends
         catalogue = self.folder / RESOURCES / "locale/en/LC_MESSAGES/lib-morvith-tv.mo"
         text = "Set the language of the keyboard."
         subprocess.run(["msgfmt", "-o", catalogue, "-"], check=True, text=True, input=(
             'msgid ""\nmsgstr "Content-Type: text/plain; charset=UTF-8\\n"\n'
-            f'msgid "COM_SID_SETTINGS_GNP_CEJUL_SET_KEYBOARD_LANGUAGE"\nmsgstr "{text * 12}"\n'))
-        done = self.screen("check", "--root", self.folder, "--device", profile, status=1)
+            f'msgid "COM_SID_SETTINGS_GNP_CEJUL_SET_KEYBOARD_LANGUAGE"\nmsgstr "{text * 12}"\n'
+            f'msgid "Short"\nmsgstr "{"M" * 40}"\n'))
+        done = self.screen("check", "--root", self.folder, "--device", profile, "--ui-language", "ko",
+                           status=1)
         found = done.stdout.splitlines()
         for words in (f"text '{text * 12}' is ", f"text '{NAMES['long']}' is ", " px wide in 'text'",
+                      f"text '{'M' * 40}' is ", f"{KOREAN}' is damaged: a table is outside",
                       f"text '{NAMES['odd']}' has characters that no installed font has: \U0001FAE8;",
                       f"text '{NAMES['mark']}' has marks that are not in the font of "):
             self.assertTrue(any(words in line for line in found), (words, found))
@@ -116,8 +124,8 @@ class WindowTest(unittest.TestCase):
         with subprocess.Popen([MENU_SCREEN, *arguments], env=self.environment, text=True,
                               stderr=subprocess.PIPE) as window:
             try:
-                self.tool("xdotool", *"search --sync --onlyvisible --name menu_screen".split(),
-                          "windowfocus", "--sync")
+                find = "search --sync --onlyvisible --name menu_screen"
+                self.tool("xdotool", *find.split(), "windowfocus", "--sync")
                 yield window
             finally:
                 window.kill()

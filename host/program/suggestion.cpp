@@ -59,10 +59,12 @@ std::string DidYouMean(const std::string& word, const std::vector<Choice>& choic
       best = rank;
     }
   }
-  std::string text;
-  for (const std::string& value : similar) {
-    text += text.empty() ? "did you mean " : &value == &similar.back() ? " or " : ", ";
-    text += value;
+  if (similar.empty() || similar.size() > kMaxSuggestions) {
+    return "";
   }
-  return similar.empty() || similar.size() > kMaxSuggestions ? "" : text + "? ";
+  std::string text = "did you mean " + similar.front();
+  for (std::size_t i = 1; i < similar.size(); ++i) {
+    text += (i + 1 == similar.size() ? " or " : ", ") + similar[i];
+  }
+  return text + "? ";
 }

@@ -242,7 +242,8 @@ static_assert(sizeof(data_provider_cbs) == 76 * sizeof(void*),
 
 /*
  * Defined by the host. Writes the host's defaults into all slots of a new, zeroed table. Each
- * `create_provider` calls it once, on the same thread, before the provider writes its slots.
+ * `create_provider` calls it once, on the same thread, before the provider writes its slots. If it
+ * throws an exception, the process ends.
  */
 DATA_PROVIDER_EXPORT void init_data_provider_cbs(data_provider_cbs* table);
 

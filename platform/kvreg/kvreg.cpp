@@ -19,10 +19,12 @@ namespace {
 constexpr int kReadTimeoutMs = 100;
 constexpr int kWriteTimeoutMs = 400;
 
+// A write that waits for the disk takes many times as long.
 constexpr char kBegin[] =
-    "BEGIN IMMEDIATE; CREATE TABLE IF NOT EXISTS registry (key TEXT PRIMARY KEY, value TEXT NOT "
-    "NULL)";
-constexpr char kSelect[] = "SELECT value FROM registry WHERE key = ?1";
+    "PRAGMA synchronous = OFF; BEGIN IMMEDIATE; "
+    "CREATE TABLE IF NOT EXISTS registry (key TEXT PRIMARY KEY, value TEXT NOT NULL)";
+// A table that another program made may contain NULL.
+constexpr char kSelect[] = "SELECT value FROM registry WHERE key = ?1 AND value IS NOT NULL";
 constexpr char kUpsert[] =
     "INSERT INTO registry (key, value) VALUES (?1, ?2) "
     "ON CONFLICT (key) DO UPDATE SET value = excluded.value";
@@ -99,11 +101,11 @@ bool NeverWritten(const char* file) {
   return stat(file, &status) == 0 ? status.st_size == 0 : errno == ENOENT;
 }
 
-// Returns null if `key` has no value. On failure returns fail(reason, result), which is null.
+// Returns null if `key` has no value. On failure returns fail(reason), which is null.
 template <typename Fail>
 char* Read(const char* key, const Fail& fail) {
   if (const char* objection = Objection(key != nullptr)) {
-    return fail(objection, -1);
+    return fail(objection);
   }
   if (NeverWritten(RegistryFile())) {
     return nullptr;
@@ -111,31 +113,28 @@ char* Read(const char* key, const Fail& fail) {
   // Not read-only, because the next reader rolls back the transaction of a killed writer.
   Database database;
   if (!Open(SQLITE_OPEN_READWRITE, kReadTimeoutMs, database)) {
-    return fail(Reason(database), -1);
+    return fail(Reason(database));
   }
   const Statement select = Prepare(database, kSelect);
   if (!select || !Bind(select, 1, key)) {
-    return fail(Reason(database), -1);
+    return fail(Reason(database));
   }
   const int step = sqlite3_step(select.get());
   if (step == SQLITE_DONE) {
     return nullptr;
   }
   if (step != SQLITE_ROW) {
-    return fail(Reason(database), -1);
-  }
-  if (sqlite3_column_type(select.get(), 0) == SQLITE_NULL) {  // another program made the table
-    return fail("its value is NULL", KVREG_BAD_VALUE);
+    return fail(Reason(database));
   }
   const unsigned char* text = sqlite3_column_text(select.get(), 0);
   char* value = text == nullptr ? nullptr : strdup(reinterpret_cast<const char*>(text));
-  return value == nullptr ? fail("out of memory", -1) : value;
+  return value == nullptr ? fail("out of memory") : value;
 }
 
 }  // namespace
 
 char* kvreg_get_str(const char* key) {
-  return Read(key, [key](const char* reason, int /*result*/) -> char* {
+  return Read(key, [key](const char* reason) -> char* {
     LogFailure("read", key, reason);
     return nullptr;
   });
@@ -158,9 +157,9 @@ int kvreg_set_str(const char* key, const char* value) {
 
 int kvreg_try(const char* key, char* reason, size_t size) {
   int result = 0;
-  std::free(Read(key, [&](const char* why, int code) -> char* {
+  std::free(Read(key, [&](const char* why) -> char* {
     std::snprintf(reason, size, "%s", why);
-    result = code;
+    result = -1;
     return nullptr;
   }));
   return result;

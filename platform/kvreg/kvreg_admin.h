@@ -11,9 +11,6 @@
 extern "C" {
 #endif
 
-/* The result if the value of a key is not a string. */
-#define KVREG_BAD_VALUE (-2)
-
 /*
  * Returns 0 if `key` can be read, even if it has no value. Otherwise returns a negative value and
  * writes the reason to `reason`, cut to `size` bytes including the NUL. Logs nothing.

@@ -9,8 +9,11 @@ class FormatError(Exception):
 
 def read(file):
     """Returns the text of a file. Raises FormatError if it cannot be read or breaks a rule."""
+    path = pathlib.Path(file)
+    if path.exists() and not path.is_file():  # to read a FIFO could block forever
+        raise FormatError("cannot be read: not a regular file")
     try:
-        data = pathlib.Path(file).read_bytes()
+        data = path.read_bytes()
         text = data.decode("utf-8")
     except OSError as error:
         raise FormatError(f"cannot be read: {error.strerror}") from error
