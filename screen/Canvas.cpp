@@ -24,6 +24,7 @@ constexpr char kTextClass[] = "text";      // of the page
 constexpr char kHelpTextClass[] = "help";  // of the help layout
 constexpr int kLayoutSize = -100;          // 100 percent of the size in the layout
 constexpr std::size_t kPlaces = 10;        // for choices
+constexpr int kWaylandTopLevel = 1;        // ECORE_WL2_WINDOW_TYPE_TOPLEVEL, of a beta header
 constexpr std::string_view kPngEnd = "IEND\xAE\x42\x60\x82";
 
 const std::map<std::string, RemoteKey> kKeys = {  // the names of X11
@@ -72,8 +73,12 @@ Eina_Bool Quit(void* /*data*/, int /*type*/, void* /*event*/) {
 // EFL falls back to a buffer if there is no display.
 Window OpenWindow() {
   Window window(ecore_evas_new(nullptr, 0, 0, 1, 1, nullptr));
-  if (window == nullptr || ecore_evas_engine_name_get(window.get()) == std::string("buffer")) {
+  const std::string engine = window ? ecore_evas_engine_name_get(window.get()) : "buffer";
+  if (engine == "buffer") {
     throw HostError("no display found for a window; '--picture FILE.png' needs none");
+  }
+  if (engine.starts_with("wayland")) {  // its windows have no type, and are invisible without one
+    ecore_evas_wayland_type_set(window.get(), kWaylandTopLevel);
   }
   ecore_x_io_error_handler_set(EndWithoutDisplay, nullptr);
   ecore_event_handler_add(ECORE_EVENT_SIGNAL_HUP, Quit, nullptr);
@@ -93,9 +98,9 @@ void Switch(Evas_Object* object, const char* signal, bool is_on) {
   edje_object_signal_emit(object, signal, is_on ? "on" : "off");
 }
 
-bool IsRightToLeft(Evas* evas, const std::string& text) {
+bool IsRightToLeft(Evas* evas, const std::string& text, const std::string& font) {
   Evas_Object* label = evas_object_text_add(evas);
-  evas_object_text_font_set(label, "Sans", 10);
+  evas_object_text_font_set(label, font.c_str(), 10);
   evas_object_text_text_set(label, text.c_str());
   const bool is_right_to_left = evas_object_text_direction_get(label) == EVAS_BIDI_DIRECTION_RTL;
   evas_object_del(label);
@@ -170,12 +175,10 @@ void Canvas::Resize() {
   Layout();
 }
 
-// The help layout sets its text sizes when it is resized, and this takes effect in the second step.
+// The help layout sets its text sizes when it receives the signal that it was resized.
 void Canvas::Layout() {
-  for (int step = 0; step < 2; ++step) {
-    edje_object_calc_force(m_page);
-    edje_message_signal_process();
-  }
+  edje_object_calc_force(m_page);
+  edje_message_signal_process();
 }
 
 void Canvas::SetLanguage(const std::string& locale) {
@@ -185,7 +188,7 @@ void Canvas::SetLanguage(const std::string& locale) {
 
 void Canvas::Show(const PageState& state) {
   SetText(m_page, "title", state.title());
-  Mirror(IsRightToLeft(ecore_evas_get(m_window.get()), state.title()));
+  Mirror(IsRightToLeft(ecore_evas_get(m_window.get()), state.title(), m_font));
   ShowRow("language", state.row(SettingId::kLanguage), state.focused() == SettingId::kLanguage);
   ShowRow("type", state.row(SettingId::kType), state.focused() == SettingId::kType);
   ShowHelp(state.help_image(), state.row(state.focused()).setting);

@@ -1,6 +1,7 @@
 """menu_screen as users run it: its check, a picture, and a window with keys pressed."""
 
 import contextlib
+import itertools
 import json
 import os
 import pathlib
@@ -18,7 +19,8 @@ ROOT = MENU_SCREEN.parents[2]
 RESOURCES = "usr/share/lib-morvith-tv/res"
 CONFIG = "config/hw_kbd_lang_config.json"
 KOREAN = "locale/ko/LC_MESSAGES/lib-morvith-tv.mo"
-NAMES = {"long": "W" * 40, "odd": "\U0001FAE8 key", "good": "Good", "translated": "Short"}
+NAMES = {"long": "W" * 40, "odd": "\U0001FAE8 key", "mark": "a\u0BBE", "good": "Good",
+         "translated": "Short"}
 
 
 class MenuScreenTest(unittest.TestCase):
@@ -56,7 +58,8 @@ class MenuScreenTest(unittest.TestCase):
         found = done.stdout.splitlines()
         for words in (f"text '{text * 12}' is ", f"text '{NAMES['long']}' is ", " px wide in 'text'",
                       f"text '{'M' * 40}' is ", f"{KOREAN}' is damaged: a table is outside",
-                      f"text '{NAMES['odd']}' has characters that no installed font has: \U0001FAE8;"):
+                      f"text '{NAMES['odd']}' has characters that no installed font has: \U0001FAE8;",
+                      f"text '{NAMES['mark']}' has marks that are not in the font of "):
             self.assertTrue(any(words in line for line in found), (words, found))
         self.assertNotIn("'Good'", done.stdout)
 
@@ -64,7 +67,7 @@ class MenuScreenTest(unittest.TestCase):
         self.screen("--picture", picture := self.folder / "page.png")
         drawn = picture.read_bytes()
         self.assertEqual(drawn[:24], b"\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\x07\x80\0\0\x048")
-        self.assertIn("no display", self.screen(status=1).stderr)
+        self.assertRegex(self.screen(status=1).stderr, "^menu_screen: no display")
         resource.setrlimit(resource.RLIMIT_FSIZE, (4000, resource.RLIM_INFINITY))  # a full disk
         self.addCleanup(resource.setrlimit, resource.RLIMIT_FSIZE, (resource.RLIM_INFINITY,) * 2)
         self.screen("--ui-language", "ko", "--picture", picture, status=1)
@@ -76,9 +79,12 @@ class MenuScreenTest(unittest.TestCase):
             registry.execute("CREATE TABLE registry (key TEXT PRIMARY KEY, value TEXT NOT NULL)")
             for lock in ("BEGIN", "BEGIN EXCLUSIVE"):
                 registry.execute(lock)
-                start = time.monotonic()
-                done = self.screen("--picture", self.folder / "page.png")
-                seconds.append(time.monotonic() - start)
+                runs = []
+                for _ in range(3):  # the fastest run counts, because the machine may be busy
+                    start = time.monotonic()
+                    done = self.screen("--picture", self.folder / "page.png")
+                    runs.append(time.monotonic() - start)
+                seconds.append(min(runs))
                 registry.rollback()
         self.assertIn("database is locked", done.stderr)
         self.assertLess(seconds[1] - seconds[0], 1)
@@ -137,10 +143,13 @@ class WindowTest(unittest.TestCase):
             difference = float(compared.split("(")[1].rstrip(")"))
         self.assertLess(difference, 0.01, arguments)
 
-    def test_shows_the_picture(self):
+    def test_shows_the_picture_in_its_fonts(self):
         for arguments in (["ar"], ["ta", "--open", "language"], ["am"], ["ja", "--open", "type"]):
-            with self.window("--ui-language", *arguments):
+            with self.window("--ui-language", *arguments) as window:
                 self.assert_shows("--ui-language", *arguments)
+                fonts = pathlib.Path(f"/proc/{window.pid}/maps").read_text()
+                self.assertIn("NotoSans-Regular", fonts)
+                self.assertNotIn("DejaVu", fonts)
 
     def test_a_held_key_acts_once_except_up_and_down(self):
         with self.window() as window:
@@ -176,6 +185,9 @@ class WindowTest(unittest.TestCase):
                         ("Return Home Up Next Return", "fi_FI")):
                     self.tool("xdotool", "key", "--delay", "50", *keys.split())
                     self.assert_stores(stored)
+                self.tool(MENU_SCREEN.parent / "menu_host", "set", "language", "ko_KR")
+                self.tool("xdotool", "key", "--delay", "50", "Return", "Down", "Return")
+                self.assert_stores("en_US")  # the list opens at the language that is stored now
 
     def test_a_failed_choice_keeps_the_list_open(self):
         with self.window():
@@ -200,6 +212,28 @@ class WindowTest(unittest.TestCase):
                 errors = window.communicate(timeout=60)[1]
                 self.assertEqual(window.returncode, status, errors)
         self.assertIn("menu_screen: the connection to the display was lost", errors)
+
+
+@unittest.skipUnless(shutil.which("weston"), "weston is missing")
+class WaylandTest(unittest.TestCase):
+    def test_opens_a_window(self):
+        folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+        environment = {**os.environ, "DISPLAY": "", "XDG_RUNTIME_DIR": str(folder),
+                       "WAYLAND_DISPLAY": "wayland", "WAYLAND_DEBUG": "client",
+                       "KVREG_FILE": str(folder / "registry.db")}
+        weston = subprocess.Popen(
+            ["weston", "--backend=headless-backend.so", "--socket=wayland", "--no-config"],
+            env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.addCleanup(weston.wait)
+        self.addCleanup(weston.terminate)
+        end = time.monotonic() + 60
+        while not (folder / "wayland").exists():
+            self.assertLess(time.monotonic(), end)
+        with subprocess.Popen(["timeout", "60", MENU_SCREEN], env=environment, text=True,
+                              stderr=subprocess.PIPE) as window:
+            events = "".join(itertools.takewhile(lambda line: "enter(" not in line, window.stderr))
+            window.terminate()
+            self.assertEqual(window.wait(60), 0, events)  # otherwise the time is over
 
 
 if __name__ == "__main__":
