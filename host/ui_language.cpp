@@ -30,6 +30,9 @@ namespace {
 // user's locale or a common one is used.
 constexpr std::array kLocales = {"C_XX.UTF-8", "", "en_US.UTF-8"};
 
+// The pattern of most languages. Recent versions of ICU do not find an inherited pattern.
+constexpr char16_t kInheritedPattern[] = u"{0} ({1})";
+
 constexpr char kCatalogues[] = "/usr/share/lib-morvith-tv/res/locale";
 
 bool Translates(const char* locale) {
@@ -92,8 +95,10 @@ std::string WithTerritory(const std::string& language, const std::string& locale
   const icu::LocalULocaleDataPointer data(ulocdata_open(viewer.getName(), &status));
   std::array<UChar, 64> pattern = {};
   ulocdata_getLocaleDisplayPattern(data.getAlias(), pattern.data(), pattern.size(), &status);
+  const bool is_inherited = status == U_MISSING_RESOURCE_ERROR;
+  status = is_inherited ? U_ZERO_ERROR : status;
   icu::UnicodeString text;
-  icu::SimpleFormatter(pattern.data(), 2, 2, status)
+  icu::SimpleFormatter(is_inherited ? kInheritedPattern : pattern.data(), 2, 2, status)
       .format(icu::UnicodeString::fromUTF8(language), territory, text, status);
   std::string utf8;
   return U_SUCCESS(status) != 0 ? text.toUTF8String(utf8) : language + " (" + locale + ")";

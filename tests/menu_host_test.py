@@ -29,7 +29,7 @@ DIALOGUE = (
     ("get type", 0, ["ko_KR.us_intl_ibm103i\n"]),
     ("list type", 0, ["  Korean (106 keys)            ko_KR", "* English (US, International)  k"]),
     ("list type --json", 0, ['keys)",\n      "current": false', 'nal)",\n      "current": true']),
-    ("--ui-language de list language", 0, ["Englisch (Vereinigtes Königreich)  en_GB\n"]),
+    ("--ui-language fr list language", 0, ["Anglais (Royaume-Uni)  "]),
     ("--ui-language ko", 0, ["키보드 언어  한국어            ko_KR\n", "영어(미국, 국제)  ko_KR."]),
     ("--ui-language hi_IN", 0, ["कीबोर्ड की भाषा   कोरियाई                     ko_KR\n"]),
     ("info --registry /dev/null/x", 0, ["registry        /dev/null/x\n", "languages       61\n"]),
