@@ -61,6 +61,8 @@ class PackageTest(unittest.TestCase):
         for package in PACKAGES:
             again = copy / "build/packages" / os.path.basename(package)
             self.assertEqual(again.read_bytes(), pathlib.Path(package).read_bytes(), package)
+        output("env", "DESTDIR=stage", "cmake", "--install", copy / "build")
+        self.assertEqual(output("find", "stage", "-type", "d", "!", "-perm", "755"), "")
 
     def test_library_package_has_only_the_library_and_its_data(self):
         expected = {self.plugin, f"{RESOURCES}/{CONFIG}", EDJ, WEBP}
