@@ -35,7 +35,7 @@ def contents(packages):
                 mode, owner, _size, _date, _time, *name = entry.split()
                 lines.append(" ".join([mode, owner, *name]))
     text = re.sub(r"^\w+  (usr/(bin|lib|share/man)/)", r"\1", "\n".join(lines), flags=re.M)
-    return sorted(re.sub(r"[^/]+-linux-gnu", "TRIPLET", text).splitlines())
+    return sorted(re.sub(r"[^/]+-linux-gnu\w*", "TRIPLET", text).splitlines())
 
 
 class PackageTest(unittest.TestCase):
