@@ -85,11 +85,11 @@ class Catalogue {
   // Returns the string whose length and offset are at `entry`. `end` is where the string before it
   // in its table ends.
   std::string String(std::size_t entry, std::uint64_t& end) const {
-    const std::uint64_t length = At(entry);
-    const std::uint64_t offset = At(entry + sizeof(Word));
+    const std::size_t length = At(entry);
+    const std::size_t offset = At(entry + sizeof(Word));
     Require(offset >= end, "its strings overlap");
-    end = offset + length + 1;
-    Require(end <= m_bytes.size() && m_bytes[end - 1] == '\0', "a string has no end");
+    end = std::uint64_t{offset} + length + 1;
+    Require(end <= m_bytes.size() && m_bytes[offset + length] == '\0', "a string has no end");
     std::string string = m_bytes.substr(offset, length);
     Require(g_utf8_validate(string.data(), static_cast<gssize>(length), nullptr) != FALSE,
             "a string is not UTF-8");
