@@ -95,13 +95,13 @@ std::string WithTerritory(const std::string& language, const std::string& locale
   const icu::LocalULocaleDataPointer data(ulocdata_open(viewer.getName(), &status));
   std::array<UChar, 64> pattern = {};
   ulocdata_getLocaleDisplayPattern(data.getAlias(), pattern.data(), pattern.size(), &status);
-  const bool is_inherited = status == U_MISSING_RESOURCE_ERROR;
-  status = is_inherited ? U_ZERO_ERROR : status;
+  const bool is_inherited = U_FAILURE(status) != 0;
+  status = U_ZERO_ERROR;
   icu::UnicodeString text;
   icu::SimpleFormatter(is_inherited ? kInheritedPattern : pattern.data(), 2, 2, status)
       .format(icu::UnicodeString::fromUTF8(language), territory, text, status);
   std::string utf8;
-  return U_SUCCESS(status) != 0 ? text.toUTF8String(utf8) : language + " (" + locale + ")";
+  return text.toUTF8String(utf8);
 }
 
 std::optional<std::string> FindCatalogue(const std::string& locale) {
