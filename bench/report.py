@@ -25,7 +25,8 @@ COMMANDS = {  # in the build folder
     "libxkbregistry": "bin/peer_xkbregistry",
     "GnomeXkbInfo": "bin/peer_gnome",
 }
-ANSWERS = ["library at real size", "libxkbregistry", "GnomeXkbInfo"]  # to the same question
+# These programs answer the same question.
+ANSWERS = ["library at real size", "libxkbregistry", "GnomeXkbInfo"]
 COLUMNS = ["time", "instructions", "since start", "peak memory"]
 REPETITIONS = 61
 BASELINES = pathlib.Path(__file__).resolve().with_name("instructions.json")
@@ -47,7 +48,8 @@ ENVIRONMENT = {"PATH": os.environ["PATH"], "G_SLICE": "default"}
 
 def write_configuration(root, size):
     """Writes a configuration with a type for each layout and variant of xkb-data, and a list for
-    each locale of these layouts. Writes everything `size` times, each time under other names."""
+    each locale for which xkb-data lists these layouts. Writes everything `size` times, each time
+    under other names."""
     layouts = xml.etree.ElementTree.parse(RULES).findall("layoutList/layout")
     names, locales = [], {}
     for suffix, layout in itertools.product(["", *range(1, size)], layouts):
@@ -85,7 +87,8 @@ def count(name, *options):
     """Returns the instructions of each step of a program."""
     dumps = f"bench/{name}.callgrind"
     # Without LD_BIND_NOW, the first step in which a library calls a function would include the
-    # search for its symbol. The C library of Debian 12 binds its own calls that late.
+    # search for its symbol. The C library of Debian 12 also searches for its own symbols at the first
+    # call only.
     steps = run(name, "valgrind", "--quiet", "--tool=callgrind", f"--callgrind-out-file={dumps}",
                 *options, LD_BIND_NOW="1")
     counts = {}
@@ -126,7 +129,7 @@ def compare(accepts):
     figures |= count("page")
     for name in ("library at real size", "library at 10 times real size"):
         figures[f"first answer of the {name}"] = count(name)["first answer"]
-    # Without this setting, the heap counts free blocks in the caches of threads as used.
+    # Without this setting, mallinfo2() counts free blocks in the caches of threads as used.
     held = run("page", GLIBC_TUNABLES="glibc.malloc.tcache_count=0")
     figures["heap of the library, bytes"] = held["set language"]["heap"] - held["unload"]["heap"]
     figures["heap of its dependencies, bytes"] = held["unload"]["heap"]

@@ -16,7 +16,7 @@ def arguments(docstring, name):
 
 @contextlib.contextmanager
 def imports():
-    """Finds the modules of the build too. Ends the program with a hint if an import fails."""
+    """Makes the modules in res/ importable too. Ends the program with a hint if an import fails."""
     sys.path.append(str(pathlib.Path(__file__).resolve().parent.parent / "res"))
     try:
         yield

@@ -23,7 +23,7 @@ class Object(dict):
 
 
 class Decoder(json.JSONDecoder):
-    """Also refuses repeated members and halves of surrogate pairs, which parsers accept."""
+    """Also refuses repeated members and halves of surrogate pairs, which other parsers accept."""
 
     def __init__(self):
         # Python refuses an int of more than 4300 digits.
@@ -54,7 +54,7 @@ class Decoder(json.JSONDecoder):
 
 
 def line_of(document, path):
-    """Returns where the row of the part at the path begins, or "" if the part is in no row."""
+    """Returns the line of the row that contains the part at the path, or "" if no row does."""
     node, line = document, ""
     for part in path:
         node = node[part]
@@ -71,7 +71,7 @@ def schema_findings(document):
 
 
 def syntax_finding(error):
-    """A string ends in its line, so a line with an odd number of quotes lacks one."""
+    """A string must end in its line. So if a line has an odd number of quotes, one is missing."""
     for number, line in enumerate(error.doc.split("\n"), 1):
         if re.sub(r"\\.", "", line).count('"') % 2:
             return f"line {number}: a quote is missing; add it"

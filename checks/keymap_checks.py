@@ -19,7 +19,7 @@ ENGLISH = icu.Locale("en")  # the language of display names
 
 
 def keymap_names(row):
-    """Yields layout and variant, then those of another version of xkb-data if it renamed them."""
+    """Yields layout and variant, then their names in another version of xkb-data, if renamed."""
     xkb = row["xkb"]
     yield xkb["layout"], xkb.get("variant", "")
     if "renamed" in xkb:
@@ -78,7 +78,7 @@ def check_keymap(row, xkb_data):
         yield f"{row.place}: layout '{layout}' is not for {foreign}; correct display_name or xkb"
     ids = [type_id for name in keymap_names(row) for type_id in fitting_ids(*name, model)]
     if row["name"] not in ids:
-        yield f"{row.place}: id does not match xkb; rename it {' or '.join(ids)}, or correct xkb"
+        yield f"{row.place}: id does not match xkb; rename it to {' or '.join(ids)}, or correct xkb"
 
 
 def check_choices(locale, types, names, keymaps):
@@ -110,7 +110,7 @@ def letters_of(locale):
 
 
 def behind_altgr(locale, default, others):
-    """Returns the Latin characters that the default types with AltGr, and another type without."""
+    """Returns the Latin characters that need AltGr in the default, but not in another type."""
     if icu.Locale(locale).addLikelySubtags().getScript() != "Latn":
         return set()
     plain = set().union(*(keymap.plain for keymap in others)) - default.plain

@@ -59,6 +59,6 @@ def check_catalogue(file, invisible):
     for name, language, qualifiers in names():
         text = compile_catalogue.translate(catalogue, language_ids(), name, language, qualifiers)
         for fault in page_texts.faults(text, COMPOSED_COLUMNS, invisible):
-            yield f"{name}: '{text}': {fault}, or translate the whole name shorter"
+            yield f"{name}: '{text}': {fault}, or write a shorter translation of the whole name"
         if first.setdefault(text, name) != name:
             yield f"{name}: same text as {first[text]}; change one of them"

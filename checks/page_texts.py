@@ -36,7 +36,7 @@ def character_fault(text, invisible):
         if character in REFUSED or not character.isprintable() and character not in invisible:
             return f"character U+{ord(character):04X} is not allowed; remove it"
     if text != text.strip():
-        return "blank at an end; remove it"
+        return "blank at the start or the end; remove it"
     if all(wcwidth.wcwidth(character) <= 0 for character in text):
         return "no visible character; write a text"
     return None

@@ -18,7 +18,7 @@
 #include <stdlib.h>
 #include <string.h>
 
-/* This host leaves the slots empty that the provider does not write. */
+/* In this host, the slots that the provider does not write stay null. */
 void init_data_provider_cbs(data_provider_cbs* table) { *table = (data_provider_cbs){0}; }
 
 /* An empty name must not be looked up: gettext would return the header of the catalogue. */
@@ -56,7 +56,7 @@ static void show_setting(const data_provider_cbs* provider, const char* key) {
 
 int main(int argc, char** argv) {
   if (argc < 2 || argc > 3 || setlocale(LC_ALL, "") == NULL) {
-    fprintf(stderr, "usage: host PLUGIN [LANGUAGE] (the locale must be installed)\n");
+    fprintf(stderr, "usage: host PLUGIN [LANGUAGE] (the user's locale must be installed)\n");
     return EXIT_FAILURE;
   }
   void* library = dlopen(argv[1], RTLD_NOW | RTLD_LOCAL);
@@ -72,7 +72,7 @@ int main(int argc, char** argv) {
     dlclose(library);
     return EXIT_FAILURE;
   }
-  /* The names of types are always UTF-8. */
+  /* Names of types are always UTF-8, so gettext must return UTF-8 too. */
   bind_textdomain_codeset(DATA_PROVIDER_TEXT_DOMAIN, "UTF-8");
   const data_provider_cbs* provider = table;
   if (argc == 3) {

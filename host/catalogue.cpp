@@ -65,13 +65,14 @@ class Catalogue {
     return m_is_swapped ? GUINT32_SWAP_LE_BE(word) : word;
   }
 
-  // Returns the offset of a table, which is in the header at `offset`.
+  // Reads the position of a table from the header at `offset`. The table has `words` words.
   Word Table(std::size_t offset, std::uint64_t words) const {
     Require(At(offset) + words * sizeof(Word) <= m_bytes.size(), "a table is outside the file");
     return At(offset);
   }
 
-  // Requires each message, and an empty element, at which gettext stops to search.
+  // Requires that the hash table contains each message and an empty element. A search of gettext
+  // ends at an empty element.
   void CheckHashTable(std::size_t table, Word size, Word count) const {
     std::set<Word> numbers;  // of messages, from 1; 0 is an empty element
     for (Word i = 0; i < size; ++i) {
@@ -82,8 +83,8 @@ class Catalogue {
             "its hash table is damaged");
   }
 
-  // Returns the string whose length and offset are at `entry`. `end` is where the string before it
-  // in its table ends.
+  // Returns the string whose length and offset are at `entry`. Before the call, `end` is the end of
+  // the previous string in the same table. Sets `end` to the end of the returned string.
   std::string String(std::size_t entry, std::uint64_t& end) const {
     const std::size_t length = At(entry);
     const std::size_t offset = At(entry + sizeof(Word));

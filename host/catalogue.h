@@ -4,9 +4,9 @@
 
 #include <string>
 
-// Throws HostError, "'path' is damaged: " and the reason, if the catalogue (.mo) at `path` cannot
-// be read, its structure is damaged, or its texts are not UTF-8. Also refuses plural forms and
-// later revisions of the format, which no text of the page needs.
+// Throws HostError if the catalogue (.mo) at `path` cannot be read, its structure is damaged, or
+// its texts are not UTF-8. The message is "'path' is damaged: " and the reason. Also refuses plural
+// forms and later revisions of the format, which no text of the page needs.
 void CheckCatalogueFile(const std::string& path);
 
 #endif

@@ -1,5 +1,6 @@
 // Tells the platform's stand-ins where their files are. A stand-in reads its environment variable
-// on each call, but the plug-in reads a file once: call these functions before it is loaded.
+// on each call. The plug-in reads each file only once, so these functions must be called before the
+// plug-in is loaded.
 //
 // A program in /usr/bin has the root "/". A program in X/usr/bin, for example in the build folder,
 // has the root X. These functions call it the program's own root.
@@ -32,8 +33,8 @@ std::string LocateFile(const std::string& path);
 inline constexpr char kDefaultProfile[] = "global";
 
 // Makes the platform use a device profile, and returns its path. `profile` is a path if it contains
-// a slash. Otherwise it is the name of an installed profile or, failing that, a path. Throws
-// HostError if there is no such file or it is not a key file.
+// a slash. Otherwise it is the name of an installed profile, or a path if no installed profile has
+// this name. Throws HostError if there is no such file or it is not a key file.
 std::string UseDeviceProfile(const std::string& profile);
 
 struct DeviceProfile {

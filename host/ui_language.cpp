@@ -25,9 +25,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// gettext ignores LANGUAGE in the locale C and, since glibc 2.39, in C.UTF-8. No locale has the
-// territory XX, so glibc loads C.UTF-8 for it, but keeps the name C_XX.UTF-8. If that fails, the
-// user's locale or a common one is used.
+// gettext ignores LANGUAGE in the locale C and, since glibc 2.39, in C.UTF-8. The locale C_XX.UTF-8
+// does not exist, so glibc loads C.UTF-8 instead, but keeps the name C_XX.UTF-8. If setlocale()
+// fails, the user's locale or en_US.UTF-8 is used.
 constexpr std::array kLocales = {"C_XX.UTF-8", "", "en_US.UTF-8"};
 
 // The pattern of most languages. Recent versions of ICU do not find an inherited pattern.
@@ -60,7 +60,7 @@ std::vector<std::string> Catalogues(const fs::path& directory) {
   return names;
 }
 
-// The catalogues that gettext opens for a locale: of its language, then its own.
+// The catalogues that gettext opens for a locale: that of its language, then that of the locale.
 std::vector<std::string> CataloguesFor(const std::string& locale) {
   std::vector<std::string> names = {locale.substr(0, locale.find('_')), locale};
   std::erase_if(names, [](const std::string& name) {

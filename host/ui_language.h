@@ -31,8 +31,8 @@ struct UiLanguage {
   std::string reason;  // what decided: an option, an environment variable, or "default"
 };
 
-// Returns `wanted`. If it is empty, returns the user's locale (LC_ALL, LC_MESSAGES or LANG) if it
-// has a catalogue, or else "en_US".
+// Returns `wanted`. If `wanted` is empty, returns the user's locale (LC_ALL, LC_MESSAGES or LANG).
+// Returns "en_US" if that locale is not set or has no catalogue.
 UiLanguage ChooseUiLanguage(const std::string& wanted);
 
 // Throws HostError if FindCatalogue() finds none or a damaged one.

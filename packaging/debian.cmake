@@ -17,10 +17,10 @@ set(CPACK_SOURCE_DATE ${MORVITH_SOURCE_DATE})
 set(CPACK_POST_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/rebuild_packages.cmake)
 
 set(CPACK_DEB_COMPONENT_INSTALL ON)
-set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)  # of the same version
+set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)  # on packages of the same version
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION libs)
-# dpkg-shlibdeps finds the platform's libraries there, because no installed package contains them.
+# No installed package contains the platform's libraries, so dpkg-shlibdeps needs their folders.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${MORVITH_PLATFORM_LIBRARY_DIRECTORIES})
 

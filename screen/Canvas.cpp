@@ -24,7 +24,7 @@ constexpr char kTextClass[] = "text";      // of the page
 constexpr char kHelpTextClass[] = "help";  // of the help layout
 constexpr int kLayoutSize = -100;          // 100 percent of the size in the layout
 constexpr std::size_t kPlaces = 10;        // for choices
-constexpr int kWaylandTopLevel = 1;        // ECORE_WL2_WINDOW_TYPE_TOPLEVEL, of a beta header
+constexpr int kWaylandTopLevel = 1;        // ECORE_WL2_WINDOW_TYPE_TOPLEVEL, from a beta header
 constexpr std::string_view kPngEnd = "IEND\xAE\x42\x60\x82";
 
 const std::map<std::string, RemoteKey> kKeys = {  // the names of X11
@@ -36,7 +36,8 @@ const std::map<std::string, RemoteKey> kKeys = {  // the names of X11
     {"Next", RemoteKey::kPageDown}, {"XF86ChannelDown", RemoteKey::kPageDown},
     {"Home", RemoteKey::kFirst},    {"End", RemoteKey::kLast}};
 
-// Null for other keys. The list is on the right, or on the left if the page is mirrored.
+// Returns null for a key that has no function. An open list is on the right, so Left points to the
+// page. In a mirrored page, the list is on the left.
 std::optional<RemoteKey> RemoteKeyOf(const std::string& name, bool is_mirrored) {
   if (name == (is_mirrored ? "Right" : "Left")) {
     return RemoteKey::kToPage;
@@ -50,7 +51,8 @@ void StartEfl(const std::string& layout) {
   setenv("EINA_LOG_LEVEL", std::to_string(EINA_LOG_LEVEL_CRITICAL).c_str(), 0);
   // A television's page needs neither session services nor desktop menus.
   ecore_app_no_system_modules();
-  setenv("XDG_RUNTIME_DIR", g_get_tmp_dir(), 0);  // EFL ends the process if it cannot create one
+  // EFL ends the process if this variable is not set and EFL cannot create a runtime folder.
+  setenv("XDG_RUNTIME_DIR", g_get_tmp_dir(), 0);
   efreet_cache_disable();
   // EFL reads the rules for fonts from a file only.
   const std::string fonts = std::filesystem::path(layout).replace_filename("fonts.conf");
@@ -77,7 +79,8 @@ Window OpenWindow() {
   if (engine == "buffer") {
     throw HostError("no display found for a window; '--picture FILE.png' needs none");
   }
-  if (engine.starts_with("wayland")) {  // its windows have no type, and are invisible without one
+  // EFL gives a Wayland window no type. Without a type, the window is invisible.
+  if (engine.starts_with("wayland")) {
     ecore_evas_wayland_type_set(window.get(), kWaylandTopLevel);
   }
   ecore_x_io_error_handler_set(EndWithoutDisplay, nullptr);
@@ -316,7 +319,8 @@ void Canvas::Press(const Evas_Event_Key_Down& event) {
   }
 }
 
-// EFL reports no error if the disk is full. So EFL writes a temporary file, which is then copied.
+// EFL reports no error if the disk is full. So EFL writes a temporary file. Only a complete picture
+// is copied to `file`.
 void Canvas::SavePicture(const std::string& file) {
   ecore_evas_manual_render(m_window.get());
   Evas_Object* picture = evas_object_image_filled_add(ecore_evas_get(m_window.get()));

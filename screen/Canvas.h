@@ -93,7 +93,7 @@ class Canvas {
   std::string m_font;
   std::vector<Evas_Object*> m_choices;
   std::set<std::string> m_printed;  // problems
-  PageState* m_state = nullptr;     // which the keys control
+  PageState* m_state = nullptr;     // controlled by the keys
 };
 
 #endif

@@ -9,7 +9,8 @@
 
 namespace {
 
-// How many choices a key moves the focus. The steps of kFirst and kLast are longer than any list.
+// The number of choices by which a key moves the focus. The steps of kFirst and kLast are longer
+// than any list.
 const std::map<RemoteKey, std::ptrdiff_t> kSteps = {
     {RemoteKey::kUp, -1},       {RemoteKey::kDown, 1},       {RemoteKey::kPageUp, -10},
     {RemoteKey::kPageDown, 10}, {RemoteKey::kFirst, -10000}, {RemoteKey::kLast, 10000}};
@@ -79,8 +80,8 @@ void PageState::Close() {
   ReadRows();
 }
 
-// The list stays open if the choice was not stored. It keeps the old choices: if the registry
-// cannot be read, the new row has none.
+// The list stays open if the choice was not stored. It keeps its old choices, because a new row has
+// no choices if the registry cannot be read.
 void PageState::StoreFocused() {
   const std::string value = row(m_focused).setting.choices[m_list_focus.value_or(0)].value;
   m_page.Store(m_focused, value);

@@ -10,13 +10,14 @@
 
 #include "KeyboardPage.h"
 
-// kToPage points towards the page, which closes a list. kFirst and kLast move within a list.
+// kToPage is the arrow key that points from an open list to the page. It closes the list. kFirst
+// and kLast move within a list.
 enum class RemoteKey { kUp, kDown, kReturn, kBack, kToPage, kPageUp, kPageDown, kFirst, kLast };
 
 struct Row {
   Setting setting;
-  // Null if all is well. Otherwise the registry cannot be read, the setting has no choices, the
-  // stored value is not one of them, or a choice was not stored.
+  // Null if there is no problem. Otherwise the registry cannot be read, the setting has no choices,
+  // the stored value is not one of them, or a choice was not stored.
   std::optional<std::string> problem;
 };
 

@@ -29,8 +29,8 @@ struct Filling {
 // Keeps JSON-GLib loaded when this library is unloaded, because GObject can neither unregister a
 // type nor register it twice. This library links JSON-GLib, so dlopen() finds JSON-GLib by its
 // SONAME. dladdr() on a JSON-GLib function does not work here: the host may define a function of
-// that name. This runs when the library is loaded, because after one dlopen() fails for lack of
-// memory, later dlopen() calls in glibc fail too.
+// that name. This must run when the library is loaded: if dlopen() fails once for lack of memory,
+// later calls of dlopen() fail too in glibc.
 [[gnu::constructor]] void KeepJsonGlibLoaded() {
   dlopen("libjson-glib-1.0.so.0", RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE);
 }

@@ -24,7 +24,7 @@ MenuList::~MenuList() { FreeMenuList(m_items, m_count); }
 
 MenuListItem& MenuList::AddItem() {
   auto* item = AllocateZeroed<MenuListItem>();
-  m_items[m_count++] = item;  // owned by the list before its strings are allocated
+  m_items[m_count++] = item;  // if an allocation of its strings fails, the list frees it
   return *item;
 }
 

@@ -215,7 +215,7 @@ int get_help_image_path(const char* key, char** path) noexcept {
   return 0;
 }
 
-// Assigns the slots in slot order, so that this can be compared with the header.
+// Assigns the slots in the order of the header, so that the two are easy to compare.
 void FillSlots(data_provider_cbs& table) {
   table.set_int = set_int;
   table.set_string = set_string;

@@ -15,7 +15,7 @@
 
 namespace {
 
-// The type of a language without keyboard types. It need not be in the configuration.
+// Stored with a language that has no keyboard types. The configuration may lack this type.
 constexpr char kDefaultKeyboardType[] = "us_intl_ibm103i";
 
 std::optional<std::string> StoredLanguage() {

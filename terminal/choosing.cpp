@@ -14,7 +14,7 @@ std::string WordFor(SettingId id) { return id == SettingId::kLanguage ? "languag
 std::string UnknownChoice(const Setting& setting, const std::string& word) {
   return "unknown " + WordFor(setting.id) + " " + Quoted(word) + "; " +
          DidYouMean(word, setting.choices) + "'menu_host list " + WordFor(setting.id) +
-         "' lists the choices; --force passes it to the provider unchecked";
+         "' lists the choices; --force passes any value to the provider";
 }
 
 }  // namespace

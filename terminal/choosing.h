@@ -9,15 +9,15 @@
 // Reads a setting. Throws HostError with the reason if the provider returns no list of choices.
 Setting ReadWithList(const KeyboardPage& page, SettingId id);
 
-// Returns the value of the choice of setting `id` that `word` names. `word` is the full value or,
-// for a type, only the type id. Throws HostError if there is no such choice; the message suggests
-// similar ones.
+// Finds the choice `word` in the list of the setting `id` and returns its value. `word` is the full
+// value or, for a type, only the type id. Throws HostError if there is no such choice; the message
+// suggests similar ones.
 std::string FindChoice(const KeyboardPage& page, SettingId id, const std::string& word);
 
 // Checks that the provider stored `value` for the setting `id`, because the result of set_string
-// does not say so. `language` and `type` are the settings after the call. Throws HostError if it
-// stored nothing, another value, or a language without its type. Only prints a warning if it
-// replaced a language that was `forced`, which need not be one of the choices.
+// does not say so. `language` and `type` are the settings after the call. Throws HostError if
+// the provider stored nothing, another value, or a language without its type. If `forced` is true,
+// only prints a warning when the provider stored another language.
 void CheckStored(const Setting& language, const Setting& type, SettingId id,
                  const std::string& value, bool forced);
 

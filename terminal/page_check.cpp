@@ -134,15 +134,16 @@ class PageCheck {
     const std::string stored = type.value.value_or("");
     if (stored != first) {
       Add("type list",
-          "begins with " + Quoted(first) + ", but the language is stored with " + Quoted(stored),
+          "begins with " + Quoted(first) + ", but the provider stores " + Quoted(stored) +
+              " with the language",
           "make the provider store the first type");
     }
   }
 
   void CheckType(const std::string& locale, const Choice& type) {
     const std::string item = "type " + Quoted(type.value);
-    const std::string cut = " of " + std::to_string(DATA_PROVIDER_TYPE_LENGTH) +
-                            " bytes, the length at which it is cut";
+    const std::string cut =
+        " of " + std::to_string(DATA_PROVIDER_TYPE_LENGTH) + " bytes, so it may be truncated";
     if (type.value.size() == DATA_PROVIDER_TYPE_LENGTH) {
       Add(item, "has a value" + cut, "shorten its id");
     }

@@ -197,7 +197,7 @@ class WindowTest(unittest.TestCase):
                 registry.execute("CREATE TABLE registry (key TEXT PRIMARY KEY, value TEXT NOT NULL)")
                 registry.execute("BEGIN EXCLUSIVE")
                 self.hold("Return", 0)
-                time.sleep(2)  # longer than a choice waits for the registry
+                time.sleep(2)  # storing a choice waits less than this for the registry
             self.hold("Return", 0)
             self.assert_stores("ko_KR")
 
@@ -233,7 +233,7 @@ class WaylandTest(unittest.TestCase):
                               stderr=subprocess.PIPE) as window:
             events = "".join(itertools.takewhile(lambda line: "enter(" not in line, window.stderr))
             window.terminate()
-            self.assertEqual(window.wait(60), 0, events)  # otherwise the time is over
+            self.assertEqual(window.wait(60), 0, events)  # otherwise `timeout` ended it
 
 
 if __name__ == "__main__":

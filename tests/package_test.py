@@ -53,7 +53,7 @@ class PackageTest(unittest.TestCase):
         self.assertEqual(contents(PACKAGES), contents(NATIVE_PACKAGES), "run scripts/test first")
 
     def test_another_build_makes_the_same_packages(self):
-        copy = pathlib.Path("ä copy")  # another path, in which UTF-8 and blanks matter
+        copy = pathlib.Path("ä copy")  # another path, with a blank and a letter that is not ASCII
         shutil.copytree(SOURCE, copy, ignore=shutil.ignore_patterns("build*", ".git"))
         os.umask(0o077)
         output("cmake", "-S", copy, "-B", copy / "build", *os.environ["CMAKE_OPTIONS"].split())

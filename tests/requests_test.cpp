@@ -32,7 +32,7 @@ const std::regex kFailure(
     "(0 \\(null\\)|no list, count 0|1 ko_KR.us_intl_ibm103i (ko_KR|en_US))\n|"
     "E create_provider: out of memory: .*\n1 null\n");
 
-// Loads the library. Afterwards it has not read the languages or the configuration.
+// Loads the library with a request that does not read the languages or the configuration.
 void Prepare() {
   Begin();
   Say("stored language ko_KR");
@@ -105,7 +105,7 @@ TEST(Requests, LeakNothingOverUnloadCycles) {
     }
     warm = cycle == cycles / 10 ? ResidentPages() : warm;
   }
-  if (cycles >= 10'000) {  // other builds use fewer: their memory figures cannot be compared
+  if (cycles >= 10'000) {  // with fewer cycles, the figures cannot be compared
     EXPECT_LE(ResidentPages(), warm + 16) << "of " << warm;
   }
 }

@@ -25,8 +25,8 @@ inline std::string Line(const Finding& finding) {
                    finding.remedy);
 }
 
-// Throws HostError with the number of findings if there are any. Otherwise tells a person so: a
-// program that reads the output gets nothing.
+// Throws HostError with the number of findings if there are any. Otherwise prints "no findings",
+// but only on a terminal: a program that reads the output gets nothing.
 inline void Conclude(const std::vector<Finding>& findings) {
   if (!findings.empty()) {
     throw HostError("findings: " + std::to_string(findings.size()));

@@ -54,8 +54,8 @@ std::string SuggestNames(const CLI::App& app) {
   return suggestions;
 }
 
-// Checked here, not by the option: recent versions of CLI11 ignore an environment variable that
-// fails the check of its option.
+// The option --log has no check, because recent versions of CLI11 ignore an environment variable
+// with a value that the check of the option refuses.
 void UseLogLevel(const std::string& level) {
   if (level.empty()) {
     unsetenv(kLogVariable);

@@ -44,13 +44,13 @@ void AddHostOptions(CLI::App& app, const char* version, HostOptions& options);
 CLI::Option* AddSetting(CLI::App& app, const char* name, const char* description,
                         std::function<void(SettingId)> set);
 
-// Parses the command line. Returns false if the help or the version was printed, and nothing else
-// is to be done. Throws UsageError if an argument is unknown, missing or invalid.
+// Parses the command line. Returns false if it printed the help or the version; then the program
+// must do nothing else. Throws UsageError if an argument is unknown, missing or invalid.
 bool Parse(CLI::App& app, int argc, const char* const* argv);
 
 // Sets up the log, the device profile, the root and the interface language. Call it before the
-// plug-in is loaded. The registry is only looked for: pass it to UseRegistry(). Throws HostError if
-// a file is missing, and UsageError if the log level is unknown.
+// plug-in is loaded. Does not set up the registry: pass the path in `registry` to UseRegistry().
+// Throws HostError if a file is missing, and UsageError if the log level is unknown.
 Sources SetUpHost(const HostOptions& options);
 
 #endif

@@ -45,7 +45,7 @@
  *       - If an allocation of the provider fails while it is being loaded, dlopen() throws
  *         std::bad_alloc. This ends the process unless the host catches the exception. A host that
  *         catches it must not load the provider again, because its language table would be empty.
- *         In glibc, dlopen() then blocks in all other threads.
+ *         In glibc, dlopen() blocks in all other threads from then on.
  *  7. Threads. A callback runs on the thread that calls it. The provider has no threads. Calls may
  *     overlap if the platform's services allow it. The supported languages and the configuration
  *     are each read once, by the first call that needs them. Other calls that need them wait. They
@@ -150,7 +150,7 @@ typedef struct data_provider_cbs {
 
   /*
    * Slot 16, offset 128. The choices of the language or the type. Each request builds a new list.
-   * Languages have the order of the device, types the order of the keyboard configuration.
+   * Languages are in the order of the device. Types are in the order of the keyboard configuration.
    * Languages that the provider does not know are left out. If the device reports neither "en_US"
    * nor "en_GB", "en_GB" is added at the end.
    *

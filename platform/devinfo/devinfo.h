@@ -11,7 +11,7 @@
  *   com.velmora/featureconf/bt_profile_bt_smart_control=true
  *
  * An entry of system_language_ids that is not a 32-bit integer is skipped with a warning. Failures
- * are logged with the tag "DEVINFO". Any thread may call.
+ * are logged with the tag "DEVINFO". All functions may be called from any thread.
  */
 #ifndef DEVINFO_H
 #define DEVINFO_H

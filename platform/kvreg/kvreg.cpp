@@ -19,7 +19,7 @@ namespace {
 constexpr int kReadTimeoutMs = 100;
 constexpr int kWriteTimeoutMs = 400;
 
-// A write that waits for the disk takes many times as long.
+// Writes do not wait for the disk, because they would take many times as long.
 constexpr char kBegin[] =
     "PRAGMA synchronous = OFF; BEGIN IMMEDIATE; "
     "CREATE TABLE IF NOT EXISTS registry (key TEXT PRIMARY KEY, value TEXT NOT NULL)";
@@ -48,11 +48,12 @@ const char* Reason(const Database& database) { return sqlite3_errmsg(database.ge
 // Returns null if KVREG_FILE is not the path of a file.
 const char* RegistryFile() {
   const char* file = std::getenv("KVREG_FILE");
-  const bool is_file = file != nullptr && *file != '\0' && *file != ':';  // ":memory:" is SQLite's
+  // SQLite does not treat a name such as ":memory:" as a file.
+  const bool is_file = file != nullptr && *file != '\0' && *file != ':';
   return is_file ? file : nullptr;
 }
 
-// Returns the reason why no call can be served, or null.
+// Returns the reason why a call must fail, or null. `complete` is false if an argument is null.
 const char* Objection(bool complete) {
   if (RegistryFile() == nullptr) {
     return "KVREG_FILE is not set to a file";

@@ -5,11 +5,11 @@
  * whose path is in the environment variable KVREG_FILE, in the table `registry (key TEXT PRIMARY
  * KEY, value TEXT NOT NULL)`. The first write creates the file; its folder must exist.
  *
- * Each call opens and closes the file, so any thread may call. A write is one transaction: if the
- * process is killed, the file has the old value or the new value. It does not wait for the disk, so
- * a power failure can damage the file. While another process writes, a read waits up to 0.1 seconds
- * and a write up to 0.4 seconds. A path that begins with a colon is rejected, because SQLite does
- * not treat it as a file. Failures are logged with the tag "KVREG".
+ * Each call opens and closes the file, so all functions may be called from any thread. A write is
+ * one transaction: if the process is killed, the file has the old value or the new value. A write
+ * does not wait for the disk, so a power failure can damage the file. While another process writes,
+ * a read waits up to 0.1 seconds and a write up to 0.4 seconds. A path that begins with a colon is
+ * rejected, because SQLite does not treat it as a file. Failures are logged with the tag "KVREG".
  */
 #ifndef KVREG_H
 #define KVREG_H

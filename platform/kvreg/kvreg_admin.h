@@ -18,8 +18,8 @@ extern "C" {
 __attribute__((visibility("default"))) int kvreg_try(const char* key, char* reason, size_t size);
 
 /*
- * Removes `key`. Returns 0, also if the key has no value. Otherwise, also if the file is not a
- * registry, changes nothing, returns a negative value and writes the reason as above.
+ * Removes `key`. Returns 0, even if the key has no value. On failure, for example if the file is
+ * not a registry, changes nothing, returns a negative value and writes the reason as above.
  */
 __attribute__((visibility("default"))) int kvreg_unset(const char* key, char* reason, size_t size);
 

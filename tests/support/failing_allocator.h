@@ -6,7 +6,7 @@
 #include <utility>
 
 // From now on, allocations `first` to `end` - 1 fail, counted from 0. Only allocations in a scope
-// that allows failures count. GLib's do not, because GLib would end the process.
+// that allows failures count. Allocations of GLib do not count, because GLib would end the process.
 void FailAllocations(std::size_t first, std::size_t end);
 
 // Ends the failures. Returns true if an allocation failed.

@@ -27,8 +27,8 @@ struct FakePlatform {
   std::function<void()> on_init = [] {};
 };
 
-// The platform has no lock. So the thread sanitizer reports an error if a request that only reads
-// writes to the platform.
+// The platform has no lock. So the thread sanitizer reports an error if a read-only request writes
+// to the platform.
 FakePlatform& Platform();
 
 #endif
