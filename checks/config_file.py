@@ -54,7 +54,7 @@ class Decoder(json.JSONDecoder):
 
 
 def line_of(document, path):
-    """Returns the line of the row that contains the part at the path, or "" if no row does."""
+    """Returns "line N, " for the innermost object at the path, or "" if that is the document."""
     node, line = document, ""
     for part in path:
         node = node[part]

@@ -28,7 +28,7 @@ std::optional<std::string> FindCatalogue(const std::string& locale);
 
 struct UiLanguage {
   std::string locale;
-  std::string reason;  // what decided: an option, an environment variable, or "default"
+  std::string reason;  // source of the locale: an option, an environment variable, or "default"
 };
 
 // Returns `wanted`. If `wanted` is empty, returns the user's locale (LC_ALL, LC_MESSAGES or LANG).

@@ -17,7 +17,7 @@ set(CPACK_SOURCE_DATE ${MORVITH_SOURCE_DATE})
 set(CPACK_POST_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/rebuild_packages.cmake)
 
 set(CPACK_DEB_COMPONENT_INSTALL ON)
-set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)  # on packages of the same version
+set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)  # dependencies require the same version
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION libs)
 # No installed package contains the platform's libraries, so dpkg-shlibdeps needs their folders.

@@ -1,6 +1,7 @@
 # Repacks the packages with fixed file times and without the scripts that call ldconfig. The
-# stand-ins use a dpkg trigger instead; a plug-in needs no ldconfig. Also removes the dependency
-# without a version that dpkg-shlibdeps adds if the stand-ins are installed on the build machine.
+# stand-ins use a dpkg trigger instead; a plug-in needs no ldconfig. If the stand-ins are installed
+# on the build machine, dpkg-shlibdeps adds a dependency on them without a version. This script
+# removes it, because the packages already depend on the same version.
 foreach(package IN LISTS CPACK_PACKAGE_FILES)
   set(tree ${CPACK_TEMPORARY_DIRECTORY}/unpacked)
   file(REMOVE_RECURSE ${tree})

@@ -16,7 +16,7 @@ foreach(name kvreg devinfo qlog)
   list(APPEND MORVITH_PLATFORM_LIBRARY_DIRECTORIES ${directory})
   add_library(platform_${name} INTERFACE)
   add_library(platform::${name} ALIAS platform_${name})
-  # Link by file name: without a SONAME, the linker would record the full path.
+  # Link by file name: if the library has no SONAME, the linker would record the full path.
   target_link_directories(platform_${name} INTERFACE ${directory})
   target_link_libraries(platform_${name} INTERFACE -l:${file})
   if(MORVITH_${name}_INCLUDE_DIR)

@@ -10,7 +10,7 @@ class FormatError(Exception):
 def read(file):
     """Returns the text of a file. Raises FormatError if it cannot be read or breaks a rule."""
     path = pathlib.Path(file)
-    if path.exists() and not path.is_file():  # to read a FIFO could block forever
+    if path.exists() and not path.is_file():  # reading a FIFO could block forever
         raise FormatError("cannot be read: not a regular file")
     try:
         data = path.read_bytes()

@@ -1,6 +1,6 @@
-// The stored keyboard language and type, and their lists of choices: the functions of the menu item
-// table. None of them catches exceptions of the platform. set_kvreg_lang_string() and the two list
-// builders also throw std::bad_alloc.
+// The functions of the menu item table. They read and store the keyboard language and type, and
+// build their lists of choices. None of them catches exceptions of the platform.
+// set_kvreg_lang_string() and the two list builders also throw std::bad_alloc.
 #ifndef MORVITH_WRAP_H
 #define MORVITH_WRAP_H
 

@@ -17,7 +17,7 @@ HANGUL = '"[:Hangul:]"'
 LANGUAGE, GERMAN = "COM_TV_KEYBOARD_LANGUAGE", "SID_SETUP_LANGUAGE_GERMAN"
 ENTRY, TEXT, HELP = f'msgid "{LANGUAGE}"', '"Tastatursprache"', '"Sprache der Tastatur festlegen."'
 
-# Of each file: a text in it, the text that replaces it, and the findings that this causes.
+# For each file: a text in it, the text that replaces it, and the findings that this causes.
 FAULTS = {
     (CHECK_DATA, "res/config/hw_kbd_lang_config.json"): (
         (NAME, "[" * 100_000, "brackets are nested too deeply"),
@@ -76,7 +76,7 @@ CONFIG, ENGLISH, GERMAN_PO = (
     SOURCE / "res" / file
     for file in ("config/hw_kbd_lang_config.json", "locale/en.po", "locale/de.po"))
 REDUCE, COMPILE = ["reduce_configuration.py"], ["compile_catalogue.py", CONFIG, ENGLISH]
-# Of each step of the build: a file, a text in it, the text that replaces it, and the message.
+# For each step of the build: a file, a text in it, the text that replaces it, and the message.
 BUILD_FAULTS = (
     (REDUCE, CONFIG, NAME, "\udcff", "line 121 is not UTF-8; save the file as UTF-8; run checks/"),
     (REDUCE, CONFIG, NAME, NAME[:-1], "delimiter: line 121 column 52 (char 15096); run checks/"),

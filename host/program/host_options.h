@@ -50,7 +50,8 @@ bool Parse(CLI::App& app, int argc, const char* const* argv);
 
 // Sets up the log, the device profile, the root and the interface language. Call it before the
 // plug-in is loaded. Does not set up the registry: pass the path in `registry` to UseRegistry().
-// Throws HostError if a file is missing, and UsageError if the log level is unknown.
+// Throws HostError if a file, a folder or the machine's locale cannot be used, and UsageError if
+// the log level is unknown.
 Sources SetUpHost(const HostOptions& options);
 
 #endif

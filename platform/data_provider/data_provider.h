@@ -48,8 +48,8 @@
  *         In glibc, dlopen() blocks in all other threads from then on.
  *  7. Threads. A callback runs on the thread that calls it. The provider has no threads. Calls may
  *     overlap if the platform's services allow it. The supported languages and the configuration
- *     are each read once, by the first call that needs them. Other calls that need them wait. They
- *     are read-only afterwards, and the provider has no other locks.
+ *     are each read once, by the first call that needs them. Other calls that need them wait.
+ *     Afterwards, both are read-only. The provider has no other locks.
  *       - A call must not be interrupted: pthread_cancel() and longjmp() end the process or leak
  *         memory. A host that cancels threads must disable cancellation around its calls.
  *       - The log, the registry and the system-information service must not call the provider. A

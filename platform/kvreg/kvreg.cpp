@@ -19,7 +19,7 @@ namespace {
 constexpr int kReadTimeoutMs = 100;
 constexpr int kWriteTimeoutMs = 400;
 
-// Writes do not wait for the disk, because they would take many times as long.
+// Writes do not wait for the disk, because waiting would take many times as long.
 constexpr char kBegin[] =
     "PRAGMA synchronous = OFF; BEGIN IMMEDIATE; "
     "CREATE TABLE IF NOT EXISTS registry (key TEXT PRIMARY KEY, value TEXT NOT NULL)";
@@ -111,7 +111,7 @@ char* Read(const char* key, const Fail& fail) {
   if (NeverWritten(RegistryFile())) {
     return nullptr;
   }
-  // Not read-only, because the next reader rolls back the transaction of a killed writer.
+  // Opened for writing: if a writer was killed, the next read must roll back its transaction.
   Database database;
   if (!Open(SQLITE_OPEN_READWRITE, kReadTimeoutMs, database)) {
     return fail(Reason(database));

@@ -1,9 +1,9 @@
 /*
  * The settings registry: string values under string keys, kept across restarts.
  *
- * On the device a system service holds the registry. This stand-in stores it in a SQLite file,
- * whose path is in the environment variable KVREG_FILE, in the table `registry (key TEXT PRIMARY
- * KEY, value TEXT NOT NULL)`. The first write creates the file; its folder must exist.
+ * On the device a system service holds the registry. This stand-in stores it in a SQLite file, in
+ * the table `registry (key TEXT PRIMARY KEY, value TEXT NOT NULL)`. The environment variable
+ * KVREG_FILE is the path of the file. The first write creates the file; its folder must exist.
  *
  * Each call opens and closes the file, so all functions may be called from any thread. A write is
  * one transaction: if the process is killed, the file has the old value or the new value. A write

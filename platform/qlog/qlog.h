@@ -3,9 +3,9 @@
  *
  * On the device messages go to the system's log buffers. This stand-in writes each message as a
  * line to standard error: "<priority> <tag>: <text>", for example "warning IME_QEL: ...". A newline
- * at the end of the text is removed. Other control characters and invalid UTF-8 become '?'. A line
- * is truncated after 4 KiB. The environment variable QLOG_LEVEL is the threshold: "info", "warning"
- * (the default), "error" or "none". All functions may be called from any thread.
+ * at the end of the text is removed. Other control characters and invalid UTF-8 become '?'. A text
+ * is truncated after 4095 bytes. The environment variable QLOG_LEVEL is the threshold: "info",
+ * "warning" (the default), "error" or "none". All functions may be called from any thread.
  */
 #ifndef QLOG_H
 #define QLOG_H

@@ -26,7 +26,7 @@ std::string_view Root() {
   return root;
 }
 
-// A translated path. A path that is too long is truncated, so no such file exists. Null stays null.
+// A translated path. A path that is too long is truncated, so opening it fails. Null stays null.
 class Located {
  public:
   explicit Located(const char* path) : m_is_null(path == nullptr) {

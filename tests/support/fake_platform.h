@@ -1,5 +1,6 @@
 // A test double of the platform. Tests configure it and inject failures. The test program exports
-// its functions, so the unmodified plug-in calls them instead of the stand-ins and the libraries.
+// the functions of the test double. So the unmodified plug-in calls these functions, not those of
+// the stand-ins and the libraries.
 #ifndef TESTS_FAKE_PLATFORM_H
 #define TESTS_FAKE_PLATFORM_H
 
