@@ -15,12 +15,12 @@
 
 namespace {
 
-// To store a value takes milliseconds, so not all types of a very long list are stored.
+// Storing a value takes time, so not all types of a very long list are stored.
 constexpr std::size_t kMaxStored = 100;
 
 constexpr char kConfiguration[] = "/usr/share/lib-morvith-tv/res/config/hw_kbd_lang_config.json";
 
-// Returns null for a file that can be used. To open a FIFO could block forever.
+// Returns null for a file that can be used. Opening a FIFO could block forever.
 const char* ProblemOf(const std::string& file) {
   std::error_code error;
   if (!std::filesystem::is_regular_file(file, error)) {

@@ -112,9 +112,9 @@ typedef struct data_provider_cbs {
    *           cannot be written, the type stays unchanged.
    * type      `value` is stored without a check.
    *
-   * A language is stored with two registry writes. If the process ends between the two, the old
-   * type stays stored. A host should store the language again if the type begins with another
-   * language.
+   * A language is stored with two registry writes. If the second one fails, or the process ends
+   * before it, the old type stays stored. A host should store the language again if the type begins
+   * with another language.
    *
    * If `value` is null, nothing is stored. On allocation failure, the remaining writes are skipped.
    * One error line is logged in both cases.
