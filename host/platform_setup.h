@@ -19,7 +19,7 @@ inline constexpr char kLogVariable[] = "QLOG_LEVEL";
 // Returns the path of an installed file below the program's own root. `path` is absolute.
 std::string OwnFile(const std::string& path);
 
-// Throws HostError if `path` exists but is not a regular file. To open a FIFO could block forever.
+// Throws HostError if `path` exists but is not a regular file. Opening a FIFO could block forever.
 void RefuseSpecialFile(const std::string& path);
 
 // Makes the platform read the library's files below `root`, a folder laid out like a device. If
