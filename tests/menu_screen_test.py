@@ -144,12 +144,14 @@ class WindowTest(unittest.TestCase):
         self.assertLess(difference, 0.01, arguments)
 
     def test_shows_the_picture_in_its_fonts(self):
-        for arguments in (["ar"], ["ta", "--open", "language"], ["am"], ["ja", "--open", "type"]):
+        for arguments in (["ar"], ["ta", "--open", "language"], ["ja", "--open", "type"], ["am"]):
             with self.window("--ui-language", *arguments) as window:
                 self.assert_shows("--ui-language", *arguments)
                 fonts = pathlib.Path(f"/proc/{window.pid}/maps").read_text()
                 self.assertIn("NotoSans-Regular", fonts)
                 self.assertNotIn("DejaVu", fonts)
+        pixels = self.tool("convert", self.folder / "shown.png", "-crop", "1x20+500+195", "txt:").stdout
+        self.assertEqual(pixels.count("#FFFFFF"), 6, pixels)  # the frame of the focused row
 
     def test_a_held_key_acts_once_except_up_and_down(self):
         with self.window() as window:
