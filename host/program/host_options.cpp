@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <memory>
 #include <regex>
 #include <utility>
 #include <vector>
@@ -32,6 +33,24 @@ std::string CheckSetting(const std::string& word) {
              ? ""
              : "unknown setting " + Quoted(word) + "; available: language, type";
 }
+
+// In the help of all commands, lists a command with its arguments, in a form that help2man reads.
+class HelpFormatter : public CLI::Formatter {
+ public:
+  std::string make_help(const CLI::App* app, std::string name,
+                        CLI::AppFormatMode mode) const override {
+    if (mode != CLI::AppFormatMode::Sub) {
+      return Formatter::make_help(app, std::move(name), mode);
+    }
+    std::string text = make_subcommand(app);
+    for (const CLI::Option* option : app->get_options()) {
+      if (option != app->get_help_ptr() && option != app->get_help_all_ptr()) {
+        text += "  " + make_option(option, option->get_positional());
+      }
+    }
+    return text;
+  }
+};
 
 // Returns suggestions for the arguments of `app` that were not expected.
 std::string SuggestNames(const CLI::App& app) {
@@ -72,6 +91,7 @@ void UseLogLevel(const std::string& level) {
 void AddHostOptions(CLI::App& app, const char* version, HostOptions& options) {
   app.set_version_flag("--version", app.get_name() + " " + version, "Print the version and exit");
   app.set_help_all_flag("--help-all", "Print this help and that of each command, and exit");
+  app.formatter(std::make_shared<HelpFormatter>());
   app.get_formatter()->column_width(kNameColumn);
   app.fallthrough();  // options may follow a command
   app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
